@@ -1,0 +1,33 @@
+#include "app/document.h"
+
+iccDocument::iccDocument(Presenter& presenter)
+    : presenter_(presenter), profile_(std::make_unique<iccProfileRW>()) {}
+
+bool iccDocument::open(const std::string& path) {
+    // Load into a fresh object so that a failure cannot damage the profile being shown.
+    auto loaded = std::make_unique<iccProfileRW>();
+    HeaderFields fields{};
+    bool ok = loaded->loadFromFile(path) == icOk &&
+              fillHeaderPanel(loaded->header(), presenter_, fields) == icOk;
+    if (ok)
+        fillTagTable(*loaded, false, presenter_);
+    if (!ok) {
+        presenter_.messageBox(icBoxKind::info, kCaption,
+                              "Error in reading ICC profile: " + path + ".\n");
+        return false;
+    }
+    profile_ = std::move(loaded);
+    path_ = path;
+    fields_ = std::move(fields);
+    return true;
+}
+
+icStatus iccDocument::saveAs(const std::string& path) {
+    if (icStatus s = profile_->saveToFile(path); s != icOk)
+        return reportError(presenter_, s, kCaption, "Error in writing a new profile.");
+    return open(path) ? icOk : icErrFile;
+}
+
+icStatus iccDocument::refreshHeader() {
+    return fillHeaderPanel(profile_->header(), presenter_, fields_);
+}

@@ -1,0 +1,40 @@
+// The open profile of the main window and its open and save procedures, free of any toolkit.
+#pragma once
+
+#include "app/header_model.h"
+#include "profile/presenter.h"
+#include "profile/profile.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class iccDocument {
+public:
+    explicit iccDocument(Presenter& presenter);
+
+    // Reads the whole profile, fills the header panel and the tag table. On failure the message
+    // "Error in reading ICC profile: PATH.\n" follows whatever the failing step reported, and
+    // the document keeps what it held before.
+    bool open(const std::string& path);
+    // Lays the profile out, writes it and opens the written file again. On failure "Error in
+    // writing a new profile." is reported with its code and the profile in memory is kept.
+    [[nodiscard]] icStatus saveAs(const std::string& path);
+
+    bool isOpen() const { return !path_.empty(); }
+    const std::string& path() const { return path_; }
+    iccProfileRW& profile() { return *profile_; }
+    const iccProfileRW& profile() const { return *profile_; }
+    const HeaderFields& headerFields() const { return fields_; }
+    // Fills the header fields again after an edit of the in-memory header.
+    [[nodiscard]] icStatus refreshHeader();
+    std::vector<TagRow> tagRows(bool hexadecimal) const {
+        return tagTableRows(*profile_, hexadecimal);
+    }
+
+private:
+    Presenter& presenter_;
+    std::unique_ptr<iccProfileRW> profile_;
+    std::string path_;
+    HeaderFields fields_{};
+};

@@ -1,0 +1,408 @@
+#include "profile/profile.h"
+
+#include "profile/file_io.h"
+#include "profile/profile_id.h"
+#include "tagtypes/multi_localized_unicode_type.h"
+#include "tagtypes/text_description_type.h"
+#include "tagtypes/text_type.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <new>
+#include <system_error>
+
+namespace {
+
+// A tag buffer of `size` bytes rounded up to a multiple of four; the padding is zeroed so that
+// nothing uninitialised can leak into a decoder or a file.
+std::unique_ptr<std::uint8_t[]> allocateTagBuffer(std::uint32_t size) {
+    try {
+        const std::uint64_t padded = roundUp4(size);
+        auto bytes = std::make_unique_for_overwrite<std::uint8_t[]>(padded);
+        std::memset(bytes.get() + size, 0, padded - size);
+        return bytes;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+} // namespace
+
+// ---- iccProfileBase -------------------------------------------------------------------------
+
+std::span<const std::uint8_t> iccProfileBase::heldBytes(int owner, int index) const {
+    if (!validIndex(owner) || !validIndex(index) || !tagData_[owner].bytes)
+        return {};
+    const TagBuffer& buffer = tagData_[owner];
+    // An entry linked by offset may claim more bytes than its owner holds: never hand out more.
+    return {buffer.bytes.get(), std::min(tags_[index].size, buffer.size)};
+}
+
+std::span<const std::uint8_t> iccProfileBase::getTagData(int index) {
+    return heldBytes(index, index);
+}
+
+const icTag* iccProfileBase::getEntry(int index) const {
+    if (index < 0 || index > tagCount_ || index >= kMaxTags)
+        return nullptr;
+    return &tags_[index];
+}
+
+int iccProfileBase::findTag(icSignature sig) const {
+    for (int i = 0; i < tagCount_; ++i)
+        if (tags_[i].sig == sig)
+            return i;
+    return -1;
+}
+
+int iccProfileBase::findEntry(const icTag& entry) const {
+    for (int i = 0; i < tagCount_; ++i)
+        if (tags_[i] == entry)
+            return i;
+    return -1;
+}
+
+icSignature iccProfileBase::getTagTypeSignature(int index) {
+    const auto bytes = getTagData(index);
+    if (bytes.data() == nullptr || bytes.size() < 4)
+        return 0xFFFFFFFF;
+    return loadBE32(bytes.data());
+}
+
+void iccProfileBase::reset() {
+    for (auto& buffer : tagData_)
+        buffer = TagBuffer{};
+    tags_.fill(icTag{});
+    tagCount_ = 0;
+    stream_.close();
+}
+
+// ---- iccProfile -----------------------------------------------------------------------------
+
+std::span<const std::uint8_t> iccProfile::getTagData(int index) {
+    if (!validIndex(index))
+        return {};
+    TagBuffer& buffer = tagData_[index];
+    if (!buffer.bytes) {
+        const icTag& entry = tags_[index];
+        // Check the entry against the source before allocating: a hostile size must not
+        // reserve gigabytes for bytes that are not there.
+        const std::int64_t length = stream_.length();
+        if (length < 0 || std::uint64_t(entry.offset) + entry.size > std::uint64_t(length))
+            return {};
+        buffer.bytes = allocateTagBuffer(entry.size);
+        if (!buffer.bytes)
+            return {};
+        buffer.size = entry.size;
+        if (!stream_.seek(entry.offset) || !stream_.read(buffer.bytes.get(), entry.size)) {
+            // The buffer stays attached, as its bytes were asked for; clear what the read left.
+            std::memset(buffer.bytes.get(), 0, roundUp4(entry.size));
+            return {};
+        }
+    }
+    return heldBytes(index, index);
+}
+
+std::span<const std::uint8_t> iccProfile::getTagDataBySignature(icSignature sig) {
+    const int index = findTag(sig);
+    return index < 0 ? std::span<const std::uint8_t>() : getTagData(index);
+}
+
+std::span<const std::uint8_t> iccProfile::getTagDataByEntry(const icTag& entry) {
+    const int index = findEntry(entry);
+    return index < 0 ? std::span<const std::uint8_t>() : getTagData(index);
+}
+
+icStatus iccProfile::readHeader(std::int64_t length) {
+    if (length < static_cast<std::int64_t>(kHeaderSize))
+        return icErrBadProfile;
+    std::array<std::uint8_t, kHeaderSize> bytes{};
+    if (!stream_.seek(0) || !stream_.read(bytes.data(), bytes.size()))
+        return icErrBadProfile;
+    header_ = headerFromBytes(bytes);
+    // A warning (size or illuminant) is no reason to refuse a profile.
+    if (icFailed(validateHeader(header_, length)))
+        return icErrBadProfile;
+    if (header_.size > static_cast<std::uint64_t>(length))
+        header_.size = static_cast<std::uint32_t>(length);
+    return icOk;
+}
+
+icStatus iccProfile::readDirectory() {
+    std::uint8_t countBytes[4];
+    if (!stream_.seek(kHeaderSize) || !stream_.read(countBytes, sizeof countBytes))
+        return icErrBadProfile;
+    const std::uint32_t count = loadBE32(countBytes);
+    // The directory holds at most 50 entries; a larger (or negative) count is refused.
+    if (count > static_cast<std::uint32_t>(kMaxTags))
+        return icErrBadProfile;
+    std::array<std::uint8_t, 12 * kMaxTags> entries{};
+    if (!stream_.read(entries.data(), 12 * count))
+        return icErrBadProfile;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const std::uint8_t* p = entries.data() + 12 * i;
+        tags_[i] = {loadBE32(p), loadBE32(p + 4), loadBE32(p + 8)};
+    }
+    tagCount_ = static_cast<int>(count);
+    return icOk;
+}
+
+icStatus iccProfile::loadFromFile(const std::string& path) {
+    reset();
+    if (!stream_.openFile(path))
+        return icErrFile;
+    isFile_ = true;
+    readOnly_ = true;
+    if (icStatus s = readHeader(stream_.length()); s != icOk)
+        return s;
+    return readDirectory();
+}
+
+icStatus iccProfile::loadFromMemory(std::span<const std::uint8_t> data) {
+    if (data.size() < kHeaderSize + 4)
+        return icErrBadProfile;
+    reset();
+    iccMemoryStream memory = iccMemoryStream::forReading(data);
+    if (!memory.ok())
+        return icErrNoMemory;
+    stream_.openMemory(std::move(memory));
+    isFile_ = false;
+    readOnly_ = true;
+    if (icStatus s = readHeader(stream_.length()); s != icOk)
+        return s;
+    return readDirectory();
+}
+
+// ---- iccProfileRW: loading ------------------------------------------------------------------
+
+iccProfileRW::iccProfileRW() {
+    readOnly_ = false;
+    for (int i = 0; i < kMaxTags; ++i)
+        links_[i] = i;
+    header_ = defaultHeader();
+}
+
+std::span<const std::uint8_t> iccProfileRW::getTagData(int index) {
+    if (!validIndex(index))
+        return {};
+    const int owner = links_[index];
+    if (owner == index)
+        return iccProfile::getTagData(index);
+    iccProfile::getTagData(owner);
+    return heldBytes(owner, index);
+}
+
+icStatus iccProfileRW::loadEverything(icStatus loaded) {
+    for (int i = 0; i < kMaxTags; ++i)
+        links_[i] = i;
+    if (loaded != icOk)
+        return loaded;
+    // Entries at the same offset share one buffer, read once (only the offset is compared).
+    for (int i = 1; i < tagCount_; ++i) {
+        for (int j = 0; j < i; ++j) {
+            if (tags_[j].offset == tags_[i].offset) {
+                links_[i] = j;
+                break;
+            }
+        }
+    }
+    for (int i = 0; i < tagCount_; ++i)
+        if (links_[i] == i && getTagData(i).data() == nullptr)
+            return icErrBadProfile;
+    stream_.close();
+    isFile_ = false;
+    readOnly_ = false;
+    return icOk;
+}
+
+icStatus iccProfileRW::loadFromFile(const std::string& path) {
+    return loadEverything(iccProfile::loadFromFile(path));
+}
+
+icStatus iccProfileRW::loadFromMemory(std::span<const std::uint8_t> data) {
+    return loadEverything(iccProfile::loadFromMemory(data));
+}
+
+// ---- iccProfileRW: editing ------------------------------------------------------------------
+
+icStatus iccProfileRW::storeOwned(int owner, std::span<const std::uint8_t> bytes) {
+    auto buffer = allocateTagBuffer(static_cast<std::uint32_t>(bytes.size()));
+    if (!buffer)
+        return icErrNoMemory;
+    if (!bytes.empty())
+        std::memcpy(buffer.get(), bytes.data(), bytes.size());
+    tagData_[owner].bytes = std::move(buffer);
+    tagData_[owner].size = static_cast<std::uint32_t>(bytes.size());
+    return icOk;
+}
+
+icStatus iccProfileRW::setTagData(icSignature sig, std::span<const std::uint8_t> bytes) {
+    if (bytes.size() > UINT32_MAX)
+        return icErrInvalidArg;
+    const auto size = static_cast<std::uint32_t>(bytes.size());
+    int i = findTag(sig);
+    if (i < 0) {
+        if (tagCount_ >= kMaxTags)
+            return icErrInvalidArg;
+        i = tagCount_++;
+        links_[i] = i;
+    }
+    tags_[i].sig = sig;
+    tags_[i].size = size;
+    int owner = i;
+    if (links_[i] != i) {
+        tagData_[i] = TagBuffer{};
+        owner = links_[i];
+        tags_[owner].size = size;
+    }
+    return storeOwned(owner, bytes);
+}
+
+icStatus iccProfileRW::linkTag(icSignature sig, icSignature targetSig) {
+    if (sig == targetSig)
+        return icErrInvalidArg;
+    const int existing = findTag(sig);
+    if (existing >= 0 && links_[existing] == existing)
+        tagData_[existing] = TagBuffer{};
+    const int target = findTag(targetSig);
+    if (target < 0 || tagCount_ >= kMaxTags)
+        return icErrInvalidArg;
+    const int i = tagCount_++;
+    tags_[i] = {sig, tags_[target].offset, tags_[target].size};
+    links_[i] = links_[target];
+    return icOk;
+}
+
+icStatus iccProfileRW::setCopyright(const std::optional<std::string>& text) {
+    std::string notice;
+    if (text) {
+        notice = *text;
+    } else {
+        char buffer[64];
+        std::snprintf(buffer, sizeof buffer, "Copyright (c) %u Tintwerk.",
+                      static_cast<unsigned>(header_.date.year));
+        notice = buffer;
+    }
+    std::vector<std::uint8_t> bytes;
+    if (isVersion4(header_)) {
+        iccMultiLocalizedUnicodeType mluc;
+        if (icStatus s = mluc.setFromAscii(notice); s != icOk)
+            return s;
+        bytes.assign(mluc.raw().begin(), mluc.raw().end());
+    } else {
+        iccTextType textTag;
+        if (icStatus s = textTag.setText(notice); s != icOk)
+            return s;
+        bytes.assign(textTag.raw().begin(), textTag.raw().end());
+    }
+    return setTagData(icSig("cprt"), bytes);
+}
+
+icStatus iccProfileRW::setDescription(const std::string& text) {
+    std::vector<std::uint8_t> bytes;
+    if (isVersion4(header_)) {
+        iccMultiLocalizedUnicodeType mluc;
+        if (icStatus s = mluc.setFromAscii(text); s != icOk)
+            return s;
+        bytes.assign(mluc.raw().begin(), mluc.raw().end());
+    } else {
+        iccTextDescriptionType desc;
+        if (icStatus s = desc.setFromAscii(text); s != icOk)
+            return s;
+        bytes.assign(desc.raw().begin(), desc.raw().end());
+    }
+    return setTagData(icSig("desc"), bytes);
+}
+
+// ---- iccProfileRW: writing ------------------------------------------------------------------
+
+icStatus iccProfileRW::layout() {
+    if (tagCount_ < 1)
+        return icErrGeneral;
+    if (findTag(icSig("cprt")) < 0)
+        if (icStatus s = setCopyright(std::nullopt); s != icOk)
+            return s;
+    if (findTag(icSig("desc")) < 0)
+        return icErrGeneral;
+
+    std::uint64_t end = kHeaderSize + 4 + 12 * std::uint64_t(tagCount_);
+    tags_[0].offset = static_cast<std::uint32_t>(end);
+    int lastOwner = links_[0] == 0 ? 0 : -1;
+    if (lastOwner < 0)
+        return icErrGeneral;
+    for (int i = 1; i < tagCount_; ++i) {
+        if (links_[i] != i) {
+            tags_[i].offset = tags_[links_[i]].offset;
+            tags_[i].size = tags_[links_[i]].size;
+            continue;
+        }
+        const icTag& previous = tags_[lastOwner];
+        const std::uint64_t offset = std::uint64_t(previous.offset) + roundUp4(previous.size);
+        if (offset > UINT32_MAX)
+            return icErrGeneral;
+        tags_[i].offset = static_cast<std::uint32_t>(offset);
+        lastOwner = i;
+    }
+    for (int i = 0; i < tagCount_; ++i)
+        end = std::max(end, std::uint64_t(tags_[i].offset) + tags_[i].size);
+    end = roundUp4(end);
+    if (end > UINT32_MAX)
+        return icErrGeneral;
+    header_.size = static_cast<std::uint32_t>(end);
+    stampCurrentDate(header_);
+    return icOk;
+}
+
+icStatus iccProfileRW::saveToMemory(std::vector<std::uint8_t>& out) {
+    if (icStatus s = layout(); s != icOk)
+        return s;
+    std::vector<std::uint8_t> block;
+    try {
+        block.assign(header_.size, 0);
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+    iccMemoryStream target = iccMemoryStream::forWriting(block);
+    const auto headerBytes = headerToBytes(header_);
+    if (!target.seek(0, 0) || !target.write(headerBytes.data(), headerBytes.size()))
+        return icErrGeneral;
+
+    std::vector<std::uint8_t> directory;
+    iccWriter w(directory);
+    w.u32(static_cast<std::uint32_t>(tagCount_));
+    for (int i = 0; i < tagCount_; ++i) {
+        w.sig(tags_[i].sig);
+        w.u32(tags_[i].offset);
+        w.u32(tags_[i].size);
+    }
+    if (!target.write(directory.data(), directory.size()))
+        return icErrGeneral;
+
+    for (int i = 0; i < tagCount_; ++i) {
+        if (links_[i] != i)
+            continue;
+        const TagBuffer& buffer = tagData_[i];
+        if (!buffer.bytes || !target.seek(tags_[i].offset, 0) ||
+            !target.write(buffer.bytes.get(), std::min(buffer.size, tags_[i].size)))
+            return icErrGeneral;
+    }
+    if (icStatus s = computeProfileIdInMemory(block); s != icOk)
+        return s;
+    out = std::move(block);
+    return icOk;
+}
+
+icStatus iccProfileRW::saveToFile(const std::string& path) {
+    if (findTag(icSig("desc")) < 0) {
+        const std::size_t slash = path.find_last_of("\\/");
+        const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+        if (icStatus s = setDescription(name); s != icOk)
+            return s;
+    }
+    std::vector<std::uint8_t> block;
+    if (icStatus s = saveToMemory(block); s != icOk)
+        return s;
+    return writeFileReplacing(path, block);
+}

@@ -1,0 +1,141 @@
+#include "tagtypes/tag_type.h"
+
+#include "profile/profile.h"
+
+#include <new>
+
+// ---- iccTagData -----------------------------------------------------------------------------
+
+void iccTagData::clear() {
+    raw_.clear();
+    rawSize_ = 0;
+}
+
+std::span<const std::uint8_t> iccTagData::getData() {
+    return raw_.empty() ? std::span<const std::uint8_t>() : raw();
+}
+
+icStatus iccTagData::assignRaw(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() > UINT32_MAX)
+        return icErrInvalidArg;
+    try {
+        std::vector<std::uint8_t> copy(roundUp4(bytes.size()));
+        std::copy(bytes.begin(), bytes.end(), copy.begin());
+        raw_ = std::move(copy);
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+    rawSize_ = static_cast<std::uint32_t>(bytes.size());
+    return icOk;
+}
+
+icStatus iccTagData::setRawSize(std::uint64_t size) {
+    if (size > UINT32_MAX)
+        return icErrInvalidArg;
+    if (roundUp4(size) > raw_.size()) {
+        try {
+            raw_.resize(roundUp4(size), 0);
+        } catch (const std::bad_alloc&) {
+            return icErrNoMemory;
+        }
+    }
+    rawSize_ = static_cast<std::uint32_t>(size);
+    return icOk;
+}
+
+icStatus iccTagData::setData(std::span<const std::uint8_t> bytes) {
+    return assignRaw(bytes);
+}
+
+icStatus iccTagData::loadByIndex(int index, iccProfile& profile) {
+    const auto bytes = profile.getTagData(index);
+    if (bytes.data() == nullptr)
+        return icErrBadProfile;
+    return iccTagData::setData(bytes);
+}
+
+icStatus iccTagData::loadBySignature(icSignature sig, iccProfile& profile) {
+    const auto bytes = profile.getTagDataBySignature(sig);
+    if (bytes.data() == nullptr)
+        return icErrBadProfile;
+    return iccTagData::setData(bytes);
+}
+
+// ---- iccTagType -----------------------------------------------------------------------------
+
+void iccTagType::clear() {
+    iccTagData::clear();
+    typeSig_ = 0;
+    reserved_ = 0;
+}
+
+std::span<const std::uint8_t> iccTagType::getData() {
+    if (rebuild() != icOk)
+        return {};
+    return iccTagData::getData();
+}
+
+void iccTagType::readCommonHeader() {
+    iccReader r(raw());
+    typeSig_ = r.sig();
+    // The reserved bytes are kept as they stand, not byte-swapped.
+    const auto reserved = r.bytes(4);
+    reserved_ = reserved.empty()
+                    ? 0
+                    : (std::uint32_t(reserved[3]) << 24) | (std::uint32_t(reserved[2]) << 16) |
+                          (std::uint32_t(reserved[1]) << 8) | reserved[0];
+}
+
+icStatus iccTagType::setData(std::span<const std::uint8_t> bytes) {
+    clear();
+    if (icStatus s = assignRaw(bytes); s != icOk)
+        return s;
+    readCommonHeader();
+    // Checked against the cleared object, i.e. the type's minimum size, before decoding.
+    if (rawSize_ < encodedSize())
+        return icErrBadProfile;
+    return decode();
+}
+
+icStatus iccTagType::setDataChecked(icSignature expected, std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < 9)
+        return icErrInvalidArg;
+    if (loadBE32(bytes.data()) != expected)
+        return icErrWrongType;
+    return setData(bytes);
+}
+
+icStatus iccTagType::decodeLoaded(icStatus loaded) {
+    if (loaded != icOk)
+        return loaded;
+    readCommonHeader();
+    if (icStatus s = decode(); icFailed(s))
+        return s;
+    // Checked after decoding, against the decoded fields.
+    if (rawSize_ < encodedSize())
+        return icErrBadProfile;
+    return icOk;
+}
+
+icStatus iccTagType::loadByIndex(int index, iccProfile& profile) {
+    clear();
+    return decodeLoaded(iccTagData::loadByIndex(index, profile));
+}
+
+icStatus iccTagType::loadBySignature(icSignature sig, iccProfile& profile) {
+    clear();
+    return decodeLoaded(iccTagData::loadBySignature(sig, profile));
+}
+
+icStatus iccTagType::adoptEncoded(std::vector<std::uint8_t>&& bytes) {
+    if (bytes.size() > UINT32_MAX)
+        return icErrInvalidArg;
+    rawSize_ = static_cast<std::uint32_t>(bytes.size());
+    try {
+        bytes.resize(roundUp4(bytes.size()), 0);
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+    raw_ = std::move(bytes);
+    return icOk;
+}

@@ -1,0 +1,141 @@
+#include "support/test_support.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> installedProfiles() {
+    std::vector<fs::path> found;
+    std::error_code ec;
+    for (auto it = fs::recursive_directory_iterator("/usr/share/color", ec);
+         it != fs::recursive_directory_iterator(); it.increment(ec)) {
+        if (ec || !it->is_regular_file())
+            continue;
+        std::string ext = it->path().extension().string();
+        std::transform(ext.begin(), ext.end(), ext.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        if (ext == ".icc" || ext == ".icm")
+            found.push_back(it->path());
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+fs::path scratchDir() {
+    const char* base = std::getenv("VELTRINO_TMP");
+    fs::path dir = base ? fs::path(base) : fs::temp_directory_path() / "veltrino-tests";
+    dir /= std::to_string(::getpid());
+    fs::create_directories(dir);
+    return dir;
+}
+
+Bytes readBytes(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return Bytes(std::istreambuf_iterator<char>(in), {});
+}
+
+void writeBytes(const fs::path& path, const Bytes& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+}
+
+Bytes tagBytes(icSignature type, const Bytes& payload) {
+    Bytes bytes;
+    iccWriter w(bytes);
+    w.sig(type);
+    w.u32(0);
+    w.bytes(payload);
+    return bytes;
+}
+
+Bytes textTag(const std::string& text) {
+    Bytes payload(text.begin(), text.end());
+    payload.push_back(0);
+    return tagBytes(icSig("text"), payload);
+}
+
+ProfileBuilder::ProfileBuilder() : header(defaultHeader()) {
+    header.deviceClass = icSig("mntr");
+    header.colorSpace = icSig("RGB ");
+    header.pcs = icSig("XYZ ");
+    header.date = {2020, 5, 17, 8, 30, 5};
+}
+
+ProfileBuilder& ProfileBuilder::tag(icSignature sig, Bytes bytes) {
+    items_.push_back({sig, std::move(bytes), false, 0, 0});
+    return *this;
+}
+
+ProfileBuilder& ProfileBuilder::entry(icSignature sig, std::uint32_t offset, std::uint32_t size) {
+    items_.push_back({sig, {}, true, offset, size});
+    return *this;
+}
+
+Bytes ProfileBuilder::build(bool keepSize) const {
+    Bytes out(kHeaderSize, 0);
+    iccWriter w(out);
+    w.u32(static_cast<std::uint32_t>(items_.size()));
+    std::uint32_t next = static_cast<std::uint32_t>(kHeaderSize + 4 + 12 * items_.size());
+    std::vector<std::uint32_t> offsets;
+    for (const Item& item : items_) {
+        offsets.push_back(item.explicitPlace ? item.offset : next);
+        if (!item.explicitPlace)
+            next += static_cast<std::uint32_t>(roundUp4(item.bytes.size()));
+        w.sig(item.sig);
+        w.u32(offsets.back());
+        w.u32(item.explicitPlace ? item.size : static_cast<std::uint32_t>(item.bytes.size()));
+    }
+    for (const Item& item : items_) {
+        if (item.explicitPlace)
+            continue;
+        w.bytes(item.bytes);
+        w.pad4();
+    }
+    icHeader h = header;
+    if (!keepSize)
+        h.size = static_cast<std::uint32_t>(out.size());
+    const auto headerBytes = headerToBytes(h);
+    std::copy(headerBytes.begin(), headerBytes.end(), out.begin());
+    return out;
+}
+
+namespace {
+
+std::string slurp(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+std::string shellQuote(const std::string& s) {
+    std::string quoted = "'";
+    for (char c : s)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+} // namespace
+
+CliResult runCli(const std::vector<std::string>& args) {
+    static int counter = 0;
+    const fs::path dir = scratchDir();
+    const fs::path out = dir / ("cli-out-" + std::to_string(counter));
+    const fs::path err = dir / ("cli-err-" + std::to_string(counter++));
+    std::string command = shellQuote(VELTRINO_CLI_PATH);
+    for (const std::string& arg : args)
+        command += " " + shellQuote(arg);
+    command += " >" + shellQuote(out.string()) + " 2>" + shellQuote(err.string()) + " </dev/null";
+    const int status = std::system(command.c_str());
+    CliResult result;
+    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.out = slurp(out);
+    result.err = slurp(err);
+    return result;
+}

@@ -1,0 +1,56 @@
+// Shared helpers for the tests: the installed real profiles, profiles built in memory, scratch
+// files and running the command-line program.
+#pragma once
+
+#include "profile/byte_io.h"
+#include "profile/header.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+using Bytes = std::vector<std::uint8_t>;
+
+// Every .icc/.icm file under /usr/share/color, sorted.
+std::vector<std::filesystem::path> installedProfiles();
+
+// A scratch folder of the test run, created on first use.
+std::filesystem::path scratchDir();
+
+Bytes readBytes(const std::filesystem::path& path);
+void writeBytes(const std::filesystem::path& path, const Bytes& bytes);
+
+// Tag bytes: the type signature, four zero bytes and the payload.
+Bytes tagBytes(icSignature type, const Bytes& payload = {});
+Bytes textTag(const std::string& text);
+
+// Builds a profile in memory. Tags are laid out after the directory in order, each on a
+// 4-byte boundary, unless an entry gives its own offset (to share or misplace a block).
+class ProfileBuilder {
+public:
+    ProfileBuilder();
+    icHeader header;
+    ProfileBuilder& tag(icSignature sig, Bytes bytes);
+    // An entry pointing at explicit offset/size, with no bytes of its own.
+    ProfileBuilder& entry(icSignature sig, std::uint32_t offset, std::uint32_t size);
+    // Writes the header size as the real length unless keepSize is set.
+    Bytes build(bool keepSize = false) const;
+
+private:
+    struct Item {
+        icSignature sig;
+        Bytes bytes;
+        bool explicitPlace;
+        std::uint32_t offset, size;
+    };
+    std::vector<Item> items_;
+};
+
+struct CliResult {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+// Runs veltrino-cli with the arguments (each quoted for the shell).
+CliResult runCli(const std::vector<std::string>& args);
