@@ -3,8 +3,10 @@
 #include "profile/file_io.h"
 #include "profile/profile_id.h"
 #include "tagtypes/multi_localized_unicode_type.h"
+#include "tagtypes/s15fixed16_array_type.h"
 #include "tagtypes/text_description_type.h"
 #include "tagtypes/text_type.h"
+#include "tagtypes/xyz_type.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -314,6 +316,21 @@ icStatus iccProfileRW::setDescription(const std::string& text) {
         bytes.assign(desc.raw().begin(), desc.raw().end());
     }
     return setTagData(icSig("desc"), bytes);
+}
+
+icStatus iccProfileRW::setMediaWhitePoint(double x, double y, double z) {
+    iccXYZType xyz;
+    if (icStatus s = xyz.setXYZ(x, y, z); s != icOk)
+        return s;
+    return setTagData(icSig("wtpt"), xyz.raw());
+}
+
+icStatus iccProfileRW::setChromaticAdaptation(const std::array<double, 9>& matrix) {
+    iccChromaticAdaptationType chad;
+    chad.matrix = matrix;
+    if (icStatus s = chad.rebuild(); s != icOk)
+        return s;
+    return setTagData(icSig("chad"), chad.raw());
 }
 
 // ---- iccProfileRW: writing ------------------------------------------------------------------

@@ -115,6 +115,10 @@ public:
     [[nodiscard]] icStatus setCopyright(const std::optional<std::string>& text);
     // 'desc' as 'desc' (before version 4) or 'mluc'.
     [[nodiscard]] icStatus setDescription(const std::string& text);
+    // 'wtpt' as an 'XYZ ' tag holding one value.
+    [[nodiscard]] icStatus setMediaWhitePoint(double x, double y, double z);
+    // 'chad' as an 'sf32' tag holding a 3x3 matrix in row order.
+    [[nodiscard]] icStatus setChromaticAdaptation(const std::array<double, 9>& matrix);
 
     // Lays the profile out again: adds a missing copyright, places every block after the
     // directory on a 4-byte boundary, updates the size and stamps the date.

@@ -1,0 +1,46 @@
+#include "tagtypes/xyz_type.h"
+
+#include <new>
+
+void iccXYZType::clear() {
+    iccTagType::clear();
+    X = Y = Z = 0;
+}
+
+icStatus iccXYZType::decode() {
+    if (icStatus s = checkSignature(); s != icOk)
+        return s;
+    // A tag too short for its value reads the missing words as 0; a load from a profile then
+    // fails on the size check.
+    iccReader r(raw());
+    r.skip(8);
+    X = r.s15f16();
+    Y = r.s15f16();
+    Z = r.s15f16();
+    return icOk;
+}
+
+icStatus iccXYZType::setXYZ(double x, double y, double z) {
+    if (rawSize_ < encodedSize()) {
+        std::vector<std::uint8_t> bytes;
+        try {
+            bytes.reserve(encodedSize());
+            iccWriter w(bytes);
+            w.sig(kSignature);
+            w.u32(0);
+            w.zeros(12);
+        } catch (const std::bad_alloc&) {
+            return icErrNoMemory;
+        }
+        if (icStatus s = adoptEncoded(std::move(bytes)); s != icOk)
+            return s;
+        readCommonHeader();
+    }
+    X = x;
+    Y = y;
+    Z = z;
+    storeBE32(raw_.data() + 8, static_cast<std::uint32_t>(doubleToS15Fixed16(x)));
+    storeBE32(raw_.data() + 12, static_cast<std::uint32_t>(doubleToS15Fixed16(y)));
+    storeBE32(raw_.data() + 16, static_cast<std::uint32_t>(doubleToS15Fixed16(z)));
+    return icOk;
+}

@@ -1,0 +1,252 @@
+// 'curv' and 'para' tags: decoding statuses on both load paths, builds, resampling, and every
+// curve of the installed profiles against Little CMS.
+#include "numeric/interpolation.h"
+#include "profile/profile.h"
+#include "support/test_support.h"
+#include "tagtypes/curve_type.h"
+
+#include <gtest/gtest.h>
+#include <lcms2.h>
+
+#include <cmath>
+#include <memory>
+
+namespace {
+
+// A 'curv' declaring `count` entries of which `present` are there.
+Bytes curvBytes(std::uint32_t count, std::size_t present, std::uint16_t entry = 0x0233) {
+    Bytes payload;
+    iccWriter w(payload);
+    w.u32(count);
+    for (std::size_t i = 0; i < present; ++i)
+        w.u16(entry);
+    return tagBytes(icSig("curv"), payload);
+}
+
+Bytes paraBytes(std::uint16_t type, std::size_t parameters) {
+    Bytes payload;
+    iccWriter w(payload);
+    w.u16(type);
+    w.u16(0);
+    for (std::size_t i = 0; i < parameters; ++i)
+        w.s15f16(0.5);
+    return tagBytes(icSig("para"), payload);
+}
+
+Bytes cut(Bytes bytes, std::size_t n) {
+    bytes.resize(bytes.size() - n);
+    return bytes;
+}
+
+std::unique_ptr<iccTagType> curveFor(const Bytes& bytes) {
+    if (loadBE32(bytes.data()) == icSig("para"))
+        return std::make_unique<iccParametricCurveType>();
+    return std::make_unique<iccCurveType>();
+}
+
+TEST(CurveType, DecodeStatusOnBothLoadPaths) {
+    // Setting bytes checks the minimum size before decoding, a load from a profile checks the
+    // decoded size after it; the byte-count checks count from byte 8 and are four bytes lenient.
+    struct Row {
+        const char* name;
+        Bytes bytes;
+        icStatus set, load;
+    } rows[] = {
+        {"identity", curvBytes(0, 0), icOk, icOk},
+        {"65536 entries", curvBytes(65536, 65536), icOk, icOk},
+        {"65537 entries", curvBytes(65537, 65537), icErrBadProfile, icErrBadProfile},
+        {"65537 entries claimed", curvBytes(65537, 0), icErrTruncated, icErrTruncated},
+        {"3 entries in 2*3+8 bytes", cut(curvBytes(3, 3), 4), icOk, icErrBadProfile},
+        {"3 entries in 13 bytes", cut(curvBytes(3, 3), 5), icErrTruncated, icErrTruncated},
+        {"para type 5", paraBytes(5, 0), icOk, icOk},
+        {"para type 4 truncated", paraBytes(4, 2), icOk, icOk},
+        {"para gamma missing", paraBytes(0, 0), icOk, icErrBadProfile},
+        {"para too short for its type", cut(paraBytes(0, 0), 2), icErrBadProfile, icErrBadProfile},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(curveFor(row.bytes)->setData(row.bytes), row.set);
+        iccProfileRW profile;
+        ASSERT_EQ(profile.loadFromMemory(ProfileBuilder().tag(icSig("rTRC"), row.bytes).build()),
+                  icOk);
+        EXPECT_EQ(curveFor(row.bytes)->loadByIndex(0, profile), row.load);
+    }
+    iccCurveType curve;
+    EXPECT_EQ(curve.setData(tagBytes(icSig("XYZ "), Bytes(12))), icErrBadProfile);
+}
+
+TEST(CurveType, DecodedFieldsAndBuilds) {
+    iccCurveType curve;
+    ASSERT_EQ(curve.setData(curvBytes(1, 1, 0x0233)), icOk);
+    EXPECT_EQ(curve.gamma(), 2.19921875);
+    // Doubles are clamped and rounded to 16 bits; a single one is a gamma, kept as given.
+    ASSERT_EQ(curve.build(std::vector<double>{-5.0, 70000.0, 1000.4}), icOk);
+    EXPECT_EQ(curve.entries(), (std::vector<std::uint16_t>{0, 65535, 1000}));
+    ASSERT_EQ(curve.build(std::vector<double>{2.2}), icOk);
+    EXPECT_EQ(curve.gamma(), 2.2);
+    EXPECT_EQ(loadBE16(curve.raw().data() + 12), 0x0233);
+    ASSERT_EQ(curve.build(3), icOk);
+    EXPECT_EQ(curve.entries(), (std::vector<std::uint16_t>{0, 32768, 65535}));
+
+    iccParametricCurveType para;
+    ASSERT_EQ(para.setData(paraBytes(5, 0)), icOk);
+    EXPECT_EQ(para.parameterCount, -1);
+    EXPECT_EQ(para.encodedSize(), 8u);
+    // Too short for seven parameters: nothing is decoded, and that is no failure.
+    ASSERT_EQ(para.setData(paraBytes(4, 2)), icOk);
+    EXPECT_EQ(para.parameterCount, 0);
+    EXPECT_EQ(para.build(3, 4, std::vector<double>(5, 0.5)), icErrInvalidArg);
+    // Negative values round toward zero: -1.0 is stored as -65535/65536.
+    ASSERT_EQ(para.build(0, 1, std::vector<double>{-1.0}), icOk);
+    EXPECT_EQ(para.parameters[0], -65535 / 65536.0);
+}
+
+iccCurveElement para(std::uint16_t type, std::vector<double> p) {
+    iccCurveElement curve;
+    EXPECT_EQ(curve.buildParametric(type, static_cast<std::int32_t>(p.size()), p), icOk);
+    return curve;
+}
+
+iccCurveElement curv(std::vector<double> values) {
+    iccCurveElement curve;
+    EXPECT_EQ(curve.buildCurve(values), icOk);
+    return curve;
+}
+
+TEST(CurveType, Resampling) {
+    struct Row {
+        const char* name;
+        iccCurveElement curve;
+        std::vector<double> y;
+        std::vector<std::uint16_t> y16;
+        std::vector<std::int32_t> y32;
+    } rows[] = {
+        {"type 1 identity", para(1, {1, 1, 0}), {0, 16383.75, 32767.5, 49151.25, 65535}, {}, {}},
+        {"clamped a hundredth above full scale",
+         para(1, {1, 2, 0}),
+         {0, 65535, 65535.01},
+         {0, 65535, 65535},
+         {0, 65535, 65535}},
+        {"lower branch at x = d", para(3, {1, 1, 0, 0.25, 0.5}), {0, 8191.875, 65535}, {}, {}},
+        {"type 2 below zero is 0", para(2, {1, 1, -0.5, -0.25}), {}, {0, 0, 16386}, {}},
+        {"16 bits clamp, 32 bits only round",
+         para(4, {1, 1, 0, 0, 1, 0, 2}),
+         {},
+         {65535, 65535},
+         {131070, 131070}},
+        {"table interpolated", curv({0, 65535}), {0, 32767.5, 65535}, {0, 32768, 65535}, {}},
+        {"table of N entries as it is", curv({7, 3, 9}), {7, 3, 9}, {}, {}},
+        {"gamma", curv({2.0}), {0, 16383.75, 65535}, {}, {}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto points =
+            static_cast<std::uint32_t>(std::max({row.y.size(), row.y16.size(), row.y32.size()}));
+        std::vector<double> y;
+        std::vector<std::uint16_t> y16;
+        std::vector<std::int32_t> y32;
+        ASSERT_EQ(row.curve.resample(points, y), icOk);
+        ASSERT_EQ(row.curve.resample(points, y16), icOk);
+        ASSERT_EQ(row.curve.resample(points, y32), icOk);
+        EXPECT_TRUE(row.y.empty() || y == row.y) << testing::PrintToString(y);
+        EXPECT_TRUE(row.y16.empty() || y16 == row.y16) << testing::PrintToString(y16);
+        EXPECT_TRUE(row.y32.empty() || y32 == row.y32) << testing::PrintToString(y32);
+    }
+    std::vector<double> y;
+    EXPECT_EQ(curv({}).resample(1, y), icErrInvalidArg);
+    EXPECT_EQ(iccCurveElement().resample(16, y), icErrGeneral);
+    iccParametricCurveType unknown;
+    ASSERT_EQ(unknown.setData(paraBytes(5, 0)), icOk);
+    EXPECT_EQ(unknown.resample(16, y), icErrCurve);
+
+    // Points closer than 1e-15 give the left value instead of a division by almost zero.
+    iccLinearInterpolator narrow;
+    ASSERT_EQ(narrow.setup(std::vector<double>{-1, 0, 1e-16, 1}, std::vector<double>{0, 1, 2, 3}),
+              icOk);
+    EXPECT_EQ(narrow(5e-17), 1);
+}
+
+TEST(CurveElement, LoadsByTagSignature) {
+    iccProfileRW profile;
+    ASSERT_EQ(profile.loadFromMemory(ProfileBuilder()
+                                         .tag(icSig("rTRC"), curvBytes(2, 2))
+                                         .tag(icSig("gTRC"), paraBytes(0, 1))
+                                         .tag(icSig("wtpt"), tagBytes(icSig("XYZ "), Bytes(12)))
+                                         .build()),
+              icOk);
+    iccCurveElement element;
+    ASSERT_EQ(element.loadByTagSignature(icSig("rTRC"), profile), icOk);
+    EXPECT_EQ(element.signature(), icSig("curv"));
+    EXPECT_EQ(element.size(), 16u);
+    ASSERT_EQ(element.loadByTagSignature(icSig("gTRC"), profile), icOk);
+    EXPECT_EQ(element.parametric()->parameters, std::vector<double>{0.5});
+    EXPECT_EQ(element.loadByTagSignature(icSig("bTRC"), profile), icErrGeneral);
+    EXPECT_EQ(element.loadByTagSignature(icSig("wtpt"), profile), icErrGeneral);
+}
+
+// Every 'curv' and 'para' tag of the installed profiles decodes like Little CMS reads it and
+// resamples like it evaluates; parametric tags survive a rebuild unchanged.
+TEST(CurveType, RealProfilesAgreeWithLittleCms) {
+    int compared = 0;
+    for (const auto& path : installedProfiles()) {
+        iccProfileRW profile;
+        ASSERT_EQ(profile.loadFromFile(path.string()), icOk);
+        cmsHPROFILE lcms = cmsOpenProfileFromFile(path.c_str(), "r");
+        for (int i = 0; i < profile.tagCount(); ++i) {
+            const icSignature type = profile.getTagTypeSignature(i);
+            if (type != icSig("curv") && type != icSig("para"))
+                continue;
+            const icSignature tagSig = profile.getEntry(i)->sig;
+            SCOPED_TRACE(path.string() + " " + sigToText(tagSig));
+            iccCurveElement ours;
+            ASSERT_EQ(ours.loadByTagSignature(tagSig, profile), icOk);
+            const iccCurveType* curv = ours.curve();
+            iccParametricCurveType* para = ours.parametric();
+            if (para) {
+                iccParametricCurveType again;
+                ASSERT_EQ(again.setData(para->getData()), icOk);
+                EXPECT_EQ(again.functionType, para->functionType);
+                EXPECT_EQ(again.parameters, para->parameters);
+            }
+
+            auto* theirs = lcms ? static_cast<cmsToneCurve*>(
+                                      cmsReadTag(lcms, static_cast<cmsTagSignature>(tagSig)))
+                                : nullptr;
+            if (!theirs)
+                continue; // a private tag Little CMS does not read
+            ++compared;
+            if (curv && curv->count() >= 2) {
+                ASSERT_EQ(cmsGetToneCurveEstimatedTableEntries(theirs), curv->count());
+                EXPECT_TRUE(std::equal(curv->entries().begin(), curv->entries().end(),
+                                       cmsGetToneCurveEstimatedTable(theirs)));
+            } else if (curv) {
+                // Little CMS holds a gamma (and the identity) as its parametric type 1.
+                EXPECT_EQ(cmsGetToneCurveParametricType(theirs), 1);
+                EXPECT_EQ(cmsGetToneCurveParams(theirs)[0], curv->gamma());
+            } else {
+                EXPECT_EQ(cmsGetToneCurveParametricType(theirs), para->functionType + 1);
+                for (int k = 0; k < para->parameterCount; ++k)
+                    EXPECT_NEAR(cmsGetToneCurveParams(theirs)[k], para->parameters[k], 1 / 65536.0);
+            }
+
+            std::vector<double> y;
+            ASSERT_EQ(ours.resample(4096, y), icOk);
+            // Little CMS rounds the input of a sampled table to 16 bits before interpolating,
+            // while resampling interpolates at the exact x: for tables the bound grows by the
+            // curve's rise over half a 16-bit input step.
+            const bool table = curv && curv->count() >= 2;
+            for (int k = 0; k < 4096; ++k) {
+                const double rise = std::max(k > 0 ? std::abs(y[k] - y[k - 1]) : 0.0,
+                                             k < 4095 ? std::abs(y[k + 1] - y[k]) : 0.0);
+                const double tolerance = 1.0 + (table ? 0.5 * rise / (65535.0 / 4095) : 0.0);
+                const double expected = cmsEvalToneCurveFloat(theirs, float(k / 4095.0)) * 65535;
+                ASSERT_NEAR(y[k], expected, tolerance) << "at " << k << " of 4095";
+            }
+        }
+        if (lcms)
+            cmsCloseProfile(lcms);
+    }
+    EXPECT_GT(compared, 100);
+}
+
+} // namespace

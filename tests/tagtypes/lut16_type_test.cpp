@@ -1,0 +1,226 @@
+// lut8 and lut16: real tables against Little CMS, byte-exact rebuilds, conversion between the
+// widths, hostile sizes, and the re-initialisation and setters the exchange folders use.
+#include "profile/profile.h"
+#include "support/test_support.h"
+#include "tagtypes/lut16_type.h"
+
+#include <gtest/gtest.h>
+#include <lcms2.h>
+#include <lcms2_plugin.h>
+
+#include <algorithm>
+#include <tuple>
+
+namespace {
+
+constexpr std::array<std::int32_t, 9> kIdentity = {65536, 0, 0, 0, 65536, 0, 0, 0, 65536};
+
+// Whether our values, widened by `scale` (Little CMS holds 8-bit tables x 257), are theirs.
+template <typename Value>
+bool sameValues(const Value* ours, std::size_t count, const cmsUInt16Number* theirs,
+                std::uint32_t scale) {
+    for (std::size_t i = 0; i < count; ++i)
+        if (ours[i] * scale != theirs[i])
+            return false;
+    return true;
+}
+
+template <typename Value>
+void expectCurves(cmsStage* stage, const std::vector<Value>& tables, std::uint32_t entries) {
+    ASSERT_EQ(cmsStageType(stage), cmsSigCurveSetElemType);
+    const auto* curves = static_cast<const _cmsStageToneCurvesData*>(cmsStageData(stage));
+    ASSERT_EQ(std::size_t(curves->nCurves) * entries, tables.size());
+    for (std::uint32_t c = 0; c < curves->nCurves; ++c) {
+        ASSERT_EQ(cmsGetToneCurveEstimatedTableEntries(curves->TheCurves[c]), entries);
+        EXPECT_TRUE(sameValues(tables.data() + c * entries, entries,
+                               cmsGetToneCurveEstimatedTable(curves->TheCurves[c]),
+                               sizeof(Value) == 1 ? 257 : 1))
+            << "channel " << c;
+    }
+}
+
+// Little CMS reads the tag as a matrix stage (only for three inputs and a matrix other than
+// identity), the input curves, the CLUT and the output curves.
+template <typename Lut> void expectSameAsLcms(const Lut& lut, const cmsPipeline* pipeline) {
+    cmsStage* stage = cmsPipelineGetPtrToFirstStage(pipeline);
+    if (cmsStageType(stage) == cmsSigMatrixElemType) {
+        const auto* m = static_cast<const _cmsStageMatrixData*>(cmsStageData(stage));
+        for (std::size_t i = 0; i < 9; ++i)
+            EXPECT_EQ(lut.matrixValue(i), m->Double[i]) << i;
+        stage = cmsStageNext(stage);
+    } else {
+        EXPECT_TRUE(lut.inputChannels() != 3 || lut.matrix == kIdentity);
+    }
+    expectCurves(stage, lut.inputTables, lut.inputEntries());
+    stage = cmsStageNext(stage);
+    ASSERT_EQ(cmsStageType(stage), cmsSigCLutElemType);
+    const auto* clut = static_cast<const _cmsStageCLutData*>(cmsStageData(stage));
+    EXPECT_EQ(clut->Params->nSamples[0], lut.gridPoints());
+    EXPECT_EQ(clut->Params->nInputs, lut.inputChannels());
+    EXPECT_EQ(clut->Params->nOutputs, lut.outputChannels());
+    ASSERT_EQ(clut->nEntries, lut.clutValueCount());
+    EXPECT_TRUE(sameValues(lut.clut.data(), lut.clut.size(), clut->Tab.T,
+                           sizeof(typename Lut::value_type) == 1 ? 257 : 1));
+    expectCurves(cmsStageNext(stage), lut.outputTables, lut.outputEntries());
+}
+
+template <typename Lut> auto fields(const Lut& l) {
+    return std::tuple(l.inputChannels(), l.outputChannels(), l.inputEntries(), l.outputEntries(),
+                      l.gridPoints(), l.matrix, l.inputTables, l.clut, l.outputTables);
+}
+
+template <typename Lut>
+void checkRealTag(iccProfileRW& profile, int index, const cmsPipeline* pipeline) {
+    ASSERT_NE(pipeline, nullptr);
+    Lut lut;
+    ASSERT_EQ(lut.loadByIndex(index, profile), icOk);
+    const Bytes original(lut.raw().begin(), lut.raw().end());
+    expectSameAsLcms(lut, pipeline);
+
+    // Encoded afresh from the same dimensions through the setters, as an import does.
+    Lut fresh;
+    if constexpr (std::is_same_v<Lut, iccLut8Type>)
+        ASSERT_EQ(fresh.initialize(lut.inputChannels(), lut.outputChannels(), lut.gridPoints()),
+                  icOk);
+    else
+        ASSERT_EQ(fresh.initialize(lut.inputChannels(), lut.inputEntries(), lut.outputChannels(),
+                                   lut.outputEntries(), lut.gridPoints()),
+                  icOk);
+    ASSERT_EQ(fresh.setInputTables(lut.inputTables), icOk);
+    ASSERT_EQ(fresh.setClut(lut.clut), icOk);
+    ASSERT_EQ(fresh.setOutputTables(lut.outputTables), icOk);
+    fresh.setMatrixFixed(lut.matrix);
+    Bytes encoded(fresh.raw().begin(), fresh.raw().end());
+    ASSERT_LE(encoded.size(), original.size());
+    // Real files carry whatever their writer left in the reserved and padding bytes.
+    std::copy_n(original.begin() + 4, 4, encoded.begin() + 4);
+    encoded[11] = original[11];
+    EXPECT_TRUE(std::equal(encoded.begin(), encoded.end(), original.begin()));
+    // Rebuilt in place, bytes after the tables included; and decoded again.
+    const auto rebuilt = lut.getData();
+    EXPECT_TRUE(std::equal(rebuilt.begin(), rebuilt.end(), original.begin(), original.end()));
+    Lut again;
+    ASSERT_EQ(again.setData(encoded), icOk);
+    EXPECT_TRUE(fields(again) == fields(lut));
+
+    if constexpr (std::is_same_v<Lut, iccLut8Type>) {
+        iccLut16Type wide;
+        iccLut8Type narrow;
+        ASSERT_EQ(wide.setFromLut8(lut), icOk);
+        expectSameAsLcms(wide, pipeline);
+        ASSERT_EQ(narrow.setFromLut16(wide), icOk);
+        EXPECT_TRUE(fields(narrow) == fields(lut));
+    }
+}
+
+TEST(LutTypes, RealTagsMatchLittleCmsAndRebuildByteForByte) {
+    int checked = 0;
+    for (const auto& path : installedProfiles()) {
+        iccProfileRW profile;
+        if (profile.loadFromFile(path.string()) != icOk)
+            continue;
+        cmsHPROFILE lcms = cmsOpenProfileFromFile(path.c_str(), "r");
+        ASSERT_NE(lcms, nullptr);
+        for (int i = 0; i < profile.tagCount(); ++i) {
+            const icSignature type = profile.getTagTypeSignature(i);
+            const icSignature sig = profile.getEntry(i)->sig;
+            SCOPED_TRACE(path.string() + " " + sigToText(sig));
+            const auto* pipeline = static_cast<const cmsPipeline*>(
+                cmsReadTag(lcms, static_cast<cmsTagSignature>(sig)));
+            if (type == iccLut8Type::kSignature)
+                checkRealTag<iccLut8Type>(profile, i, pipeline);
+            else if (type == iccLut16Type::kSignature)
+                checkRealTag<iccLut16Type>(profile, i, pipeline);
+            else
+                continue;
+            ++checked;
+        }
+        cmsCloseProfile(lcms);
+    }
+    EXPECT_GE(checked, 30);
+}
+
+// A lut tag with the given dimensions, an identity matrix and `tableBytes` zero bytes.
+Bytes lutTag(icSignature type, std::uint8_t inputs, std::uint8_t outputs, std::uint8_t grid,
+             std::uint16_t entries, std::size_t tableBytes) {
+    Bytes payload{inputs, outputs, grid, 0};
+    iccWriter w(payload);
+    for (std::int32_t v : kIdentity)
+        w.u32(static_cast<std::uint32_t>(v));
+    if (type == iccLut16Type::kSignature) {
+        w.u16(entries);
+        w.u16(entries);
+    }
+    w.zeros(tableBytes);
+    return tagBytes(type, payload);
+}
+
+TEST(LutTypes, HostileSizesFailBeforeAllocating) {
+    const icSignature mft1 = iccLut8Type::kSignature, mft2 = iccLut16Type::kSignature;
+    Bytes headerOnly = lutTag(mft2, 3, 3, 2, 2, 0);
+    headerOnly.resize(40);
+    const struct {
+        const char* name;
+        bool asLut8;
+        Bytes bytes;
+        icStatus fromProfile, fromBytes;
+    } cases[] = {
+        {"grid^inputs overflows", false, lutTag(mft2, 15, 3, 255, 2, 1000), icErrTruncated,
+         icErrTruncated},
+        {"input tables cut", false, lutTag(mft2, 3, 3, 2, 256, 100), icErrTruncated,
+         icErrTruncated},
+        // 2 x 6 + 44 + 2 x 8 = 72 bytes pass the lenient checks; the CLUT needs 48 bytes more.
+        {"CLUT cut", false, lutTag(mft2, 3, 3, 2, 2, 28), icErrBadProfile, icErrBadProfile},
+        {"shorter than the matrix", false, headerOnly, icErrTruncated, icErrBadProfile},
+        {"lut8 output tables cut", true, lutTag(mft1, 3, 3, 2, 0, 768 + 24 + 10), icErrBadProfile,
+         icErrBadProfile},
+        {"lut8 bytes as lut16", false, lutTag(mft1, 1, 1, 2, 0, 514), icErrBadProfile,
+         icErrBadProfile},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        iccProfileRW profile;
+        ASSERT_EQ(profile.loadFromMemory(ProfileBuilder().tag(icSig("A2B0"), c.bytes).build()),
+                  icOk);
+        iccLut8Type lut8;
+        iccLut16Type lut16;
+        iccTagType& lut = c.asLut8 ? static_cast<iccTagType&>(lut8) : lut16;
+        EXPECT_EQ(lut.loadByIndex(0, profile), c.fromProfile);
+        EXPECT_EQ(lut.setData(c.bytes), c.fromBytes);
+    }
+}
+
+TEST(LutTypes, InitialiseSetAndLookUpAsTheExchangeFoldersDo) {
+    iccLut8Type lut8;
+    ASSERT_EQ(lut8.initialize(3, 3, 17), icOk);
+    EXPECT_EQ(lut8.rawSize(), 16323u);
+    EXPECT_EQ(lut8.setClut(std::vector<std::uint8_t>(10)), icErrInvalidArg);
+    iccLut16Type lut16;
+    ASSERT_EQ(lut16.initialize(3, 256, 1, 4096, 33), icOk);
+    EXPECT_EQ(lut16.rawSize(), 81654u);
+    ASSERT_EQ(lut16.initialize(2, 2, 3, 2, 5), icOk);
+    EXPECT_EQ(lut16.inputTables, (std::vector<std::uint16_t>{0, 65535, 0, 65535}));
+
+    // Setters write through to the raw bytes, which decode to the same fields.
+    std::vector<std::uint16_t> clut(lut16.clutValueCount());
+    for (std::size_t i = 0; i < clut.size(); ++i)
+        clut[i] = static_cast<std::uint16_t>(i * 401);
+    ASSERT_EQ(lut16.setClut(clut), icOk);
+    ASSERT_EQ(lut16.setOutputTables(std::vector<std::uint16_t>{1, 2, 3, 4, 5, 6}), icOk);
+    lut16.setMatrix(std::array<double, 9>{0.5, 0, 0, 0, -1.0, 0, 0, 0, 1.0 / 3});
+    EXPECT_EQ(lut16.matrix[8], 21845); // 1/3 x 65536 + 0.5, truncated
+    iccLut16Type decoded;
+    ASSERT_EQ(decoded.setData(lut16.raw()), icOk);
+    EXPECT_TRUE(fields(decoded) == fields(lut16));
+
+    const std::uint32_t node[] = {3, 4}, outside[] = {5, 0};
+    EXPECT_EQ(lut16.clutNodeOffset(node), (3 * 5 + 4) * 3u);
+    EXPECT_FALSE(lut16.clutNodeOffset(outside));
+
+    // Sizes beyond 32 bits or beyond what the encoding holds are refused.
+    EXPECT_EQ(lut16.initialize(8, 2, 3, 2, 255), icErrInvalidArg);
+    EXPECT_EQ(lut16.initialize(3, 2, 3, 2, 256), icErrInvalidArg);
+    EXPECT_EQ(lut16.initialize(3, 65536, 3, 2, 2), icErrInvalidArg);
+}
+
+} // namespace

@@ -1,0 +1,317 @@
+// 'mAB ' and 'mBA ' tags: structure checks and hostile sizes, the tables Little CMS writes and
+// reads, rebuilds, and the load by signature with its second attempt.
+#include "profile/profile.h"
+#include "support/test_support.h"
+#include "tagtypes/lut_atob_type.h"
+
+#include <gtest/gtest.h>
+#include <lcms2.h>
+#include <lcms2_plugin.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <numeric>
+#include <string_view>
+
+namespace {
+
+Bytes operator+(Bytes a, const Bytes& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+Bytes mlut(const char (&sig)[5], std::uint8_t inputs, std::uint8_t outputs,
+           std::array<std::uint32_t, 5> offsets, const Bytes& body) {
+    Bytes header{inputs, outputs, 0, 0};
+    iccWriter w(header);
+    for (std::uint32_t offset : offsets)
+        w.u32(offset);
+    return tagBytes(icSig(sig), header) + body;
+}
+
+// n gamma-1.0 curves of 16 bytes each (14 and padding).
+Bytes gammas(int n) {
+    Bytes bytes;
+    for (int i = 0; i < n; ++i)
+        bytes = bytes + tagBytes(icSig("curv"), {0, 0, 0, 1, 1, 0, 0, 0});
+    return bytes;
+}
+
+Bytes clutBytes(std::vector<std::uint8_t> grid, std::uint8_t precision, std::size_t valueBytes) {
+    grid.resize(16);
+    grid.push_back(precision);
+    grid.resize(20 + valueBytes);
+    return grid;
+}
+
+TEST(MlutType, StructureAndHostileSizes) {
+    struct Row {
+        const char* name;
+        Bytes bytes;
+        icStatus status;
+    } rows[] = {
+        {"B curves only", mlut("mAB ", 1, 3, {32, 0, 0, 0, 0}, gammas(3)), icOk},
+        {"matrix without M curves", mlut("mBA ", 3, 1, {32, 80, 0, 0, 0}, gammas(3) + Bytes(48)),
+         icErrBadProfile},
+        {"offset 34", mlut("mAB ", 1, 1, {34, 0, 0, 0, 0}, gammas(2)), icErrBadProfile},
+        {"no B curves", mlut("mAB ", 1, 1, {0, 0, 0, 0, 0}, {}), icErrBadProfile},
+        {"CLUT without A curves",
+         mlut("mAB ", 1, 1, {32, 0, 0, 48, 0}, gammas(1) + clutBytes({2}, 1, 2)), icErrBadProfile},
+        {"17 CLUT inputs",
+         mlut("mAB ", 17, 1, {32, 0, 0, 48, 68}, gammas(1) + clutBytes({}, 1, 0) + gammas(17)),
+         icErrInvalidArg},
+        {"CLUT claiming 255^3 x 3 values",
+         mlut("mAB ", 3, 3, {32, 0, 0, 80, 100},
+              gammas(3) + clutBytes({255, 255, 255}, 2, 0) + gammas(3)),
+         icErrTruncated},
+        {"curve of an unknown type", mlut("mAB ", 1, 1, {32, 0, 0, 0, 0}, Bytes(16, 'x')),
+         icErrGeneral},
+        {"curve set cut short", mlut("mAB ", 1, 3, {32, 0, 0, 0, 0}, gammas(2)), icErrTruncated},
+        {"header cut short", Bytes(tagBytes(icSig("mAB "), Bytes(20))), icErrTruncated},
+        {"another tag type", tagBytes(icSig("mft2"), Bytes(40)), icErrBadProfile},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        iccMlutType tag;
+        EXPECT_EQ(tag.setData(row.bytes), row.status);
+    }
+
+    iccClut clut;
+    const std::uint8_t grid[] = {9, 9, 9};
+    ASSERT_EQ(clut.init(3, 3, 2, grid), icOk);
+    EXPECT_EQ(clut.byteSize(), 4394u);
+    EXPECT_EQ(clut.init(17, 3, 2, Bytes(17, 2)), icErrInvalidArg);
+    EXPECT_EQ(clut.init(16, 255, 2, Bytes(16, 255)), icErrInvalidArg);
+
+    // Nothing is written that decoding would refuse.
+    iccMlutType layout;
+    EXPECT_EQ(layout.createLayout(icSig("mft2"), 1, 1, {true}), icErrInvalidArg);
+    ASSERT_EQ(layout.createLayout(iccMlutType::kAToB, 1, 1, {true, true}), icOk);
+    EXPECT_EQ(layout.rebuild(), icErrBadProfile);
+    ASSERT_EQ(layout.createLayout(iccMlutType::kAToB, 1, 1, {true}), icOk);
+    EXPECT_EQ(layout.rebuild(), icErrGeneral); // its B curve was never set
+}
+
+// One curve of each kind Little CMS writes: parametric types 0 to 4 and a sampled table.
+cmsToneCurve* lcmsCurve(int kind) {
+    static const double params[] = {2.4, 0.9, 0.1, 0.08, 0.05, 0.01, 0.02};
+    static const cmsUInt16Number table[] = {0, 100, 900, 5000, 20000, 65535};
+    if (kind % 6 < 5)
+        return cmsBuildParametricToneCurve(nullptr, kind % 6 + 1, params);
+    return cmsBuildTabulatedToneCurve16(nullptr, 6, table);
+}
+
+// A profile written by Little CMS holding one pipeline; stages in processing order: 'c' curves
+// on the current channels, 'x' the matrix, a digit a CLUT to that many outputs.
+Bytes lcmsProfile(cmsTagSignature tag, std::uint32_t inputs, const char* stages) {
+    cmsPipeline* lut = cmsPipelineAlloc(nullptr, inputs, inputs);
+    std::uint32_t channels = inputs;
+    int kind = 0;
+    for (const char* s = stages; *s; ++s) {
+        cmsStage* stage = nullptr;
+        if (*s == 'c') {
+            std::vector<cmsToneCurve*> curves;
+            for (std::uint32_t i = 0; i < channels; ++i)
+                curves.push_back(lcmsCurve(kind++));
+            stage = cmsStageAllocToneCurves(nullptr, channels, curves.data());
+            for (cmsToneCurve* curve : curves)
+                cmsFreeToneCurve(curve);
+        } else if (*s == 'x') {
+            const double m[] = {0.5, 0.25, 0.125, -0.25, 1, 0, 0.75, 0, 1.5};
+            const double offsets[] = {0.01, 0.02, -0.03};
+            stage = cmsStageAllocMatrix(nullptr, 3, 3, m, offsets);
+        } else {
+            const std::uint32_t grid[] = {9, 5, 3, 2};
+            const std::uint32_t outputs = *s - '0';
+            std::vector<cmsUInt16Number> values(
+                outputs * std::accumulate(grid, grid + channels, 1u, std::multiplies<>()));
+            for (std::size_t i = 0; i < values.size(); ++i)
+                values[i] = static_cast<cmsUInt16Number>(i * 7919);
+            stage = cmsStageAllocCLut16bitGranular(nullptr, grid, channels, outputs, values.data());
+            channels = outputs;
+        }
+        cmsPipelineInsertStage(lut, cmsAT_END, stage);
+    }
+    cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
+    cmsSetProfileVersion(profile, 4.3);
+    cmsSetDeviceClass(profile, cmsSigOutputClass);
+    cmsSetPCS(profile, cmsSigLabData);
+    cmsWriteTag(profile, tag, lut);
+    cmsUInt32Number size = 0;
+    cmsSaveProfileToMem(profile, nullptr, &size);
+    Bytes bytes(size);
+    cmsSaveProfileToMem(profile, bytes.data(), &size);
+    cmsCloseProfile(profile);
+    cmsPipelineFree(lut);
+    return bytes;
+}
+
+// The pipeline Little CMS reads from the tag `tagSig` of `profile`; null if it cannot.
+std::shared_ptr<cmsPipeline> lcmsRead(const Bytes& profile, icSignature tagSig) {
+    cmsHPROFILE h =
+        cmsOpenProfileFromMem(profile.data(), static_cast<cmsUInt32Number>(profile.size()));
+    if (!h)
+        return nullptr;
+    auto* lut = static_cast<cmsPipeline*>(cmsReadTag(h, static_cast<cmsTagSignature>(tagSig)));
+    std::shared_ptr<cmsPipeline> copy(lut ? cmsPipelineDup(lut) : nullptr,
+                                      [](cmsPipeline* p) { cmsPipelineFree(p); });
+    cmsCloseProfile(h);
+    return copy;
+}
+
+void expectSameCurves(const std::vector<iccCurveElement>& ours, const void* stageData) {
+    const auto* theirs = static_cast<const _cmsStageToneCurvesData*>(stageData);
+    ASSERT_EQ(theirs->nCurves, ours.size());
+    for (std::size_t i = 0; i < ours.size(); ++i) {
+        const cmsToneCurve* t = theirs->TheCurves[i];
+        if (const auto* para = ours[i].parametric()) {
+            EXPECT_EQ(cmsGetToneCurveParametricType(t), para->functionType + 1);
+            for (int k = 0; k < para->parameterCount; ++k)
+                EXPECT_NEAR(cmsGetToneCurveParams(t)[k], para->parameters[k], 1 / 65536.0);
+        } else if (const auto* curv = ours[i].curve(); curv->count() >= 2) {
+            EXPECT_EQ(cmsGetToneCurveEstimatedTableEntries(t), curv->count());
+        } else {
+            EXPECT_EQ(cmsGetToneCurveParams(t)[0], curv->gamma());
+        }
+    }
+}
+
+// Element presence and order, curve types and parameters, matrix, CLUT grid and values.
+void expectSameAsLcms(const iccMlutType& ours, const cmsPipeline* theirs) {
+    ASSERT_NE(theirs, nullptr);
+    EXPECT_EQ(cmsPipelineInputChannels(theirs), ours.inputChannels);
+    EXPECT_EQ(cmsPipelineOutputChannels(theirs), ours.outputChannels);
+    const cmsStage* stage = cmsPipelineGetPtrToFirstStage(theirs);
+    // Little CMS holds the elements as stages in processing order.
+    for (char element : std::string_view(ours.isBToA() ? "BXMLA" : "ALMXB")) {
+        const auto* curves = element == 'A'   ? &ours.aCurves
+                             : element == 'B' ? &ours.bCurves
+                             : element == 'M' ? &ours.mCurves
+                                              : nullptr;
+        if (curves ? !*curves : element == 'X' ? !ours.matrix : !ours.clut)
+            continue;
+        ASSERT_NE(stage, nullptr) << element;
+        const auto type = cmsStageType(stage);
+        const void* data = cmsStageData(stage);
+        stage = cmsStageNext(stage);
+        if (curves) {
+            ASSERT_EQ(type, cmsSigCurveSetElemType) << element;
+            expectSameCurves(**curves, data);
+        } else if (element == 'X') {
+            ASSERT_EQ(type, cmsSigMatrixElemType);
+            const auto* m = static_cast<const _cmsStageMatrixData*>(data);
+            for (int k = 0; k < 12; ++k)
+                EXPECT_EQ(k < 9 ? m->Double[k] : m->Offset[k - 9],
+                          s15Fixed16ToDouble((*ours.matrix)[k]));
+        } else {
+            ASSERT_EQ(type, cmsSigCLutElemType);
+            const auto* clut = static_cast<const _cmsStageCLutData*>(data);
+            for (std::uint32_t i = 0; i < ours.clut->inputChannels(); ++i)
+                EXPECT_EQ(clut->Params->nSamples[i], ours.clut->gridPoints(i));
+            ASSERT_EQ(clut->nEntries, ours.clut->valueCount());
+            const std::uint32_t scale = ours.clut->precision() == 1 ? 257 : 1;
+            for (std::uint32_t k = 0; k < clut->nEntries; ++k)
+                ASSERT_EQ(clut->Tab.T[k], ours.clut->value(k) * scale) << "value " << k;
+        }
+    }
+    EXPECT_EQ(stage, nullptr);
+}
+
+// Rebuild, decode the new bytes and rebuild again: the same bytes mean the same fields, since
+// every field but the recomputed offsets is written. Little CMS reads the new bytes alike.
+void checkRoundTrip(iccMlutType& decoded, icSignature tagSig) {
+    const auto first = decoded.getData();
+    const Bytes rebuilt(first.begin(), first.end());
+    ASSERT_FALSE(rebuilt.empty());
+    iccMlutType again;
+    ASSERT_EQ(again.setData(rebuilt), icOk);
+    EXPECT_TRUE(std::ranges::equal(again.getData(), rebuilt));
+    expectSameAsLcms(again, lcmsRead(ProfileBuilder().tag(tagSig, rebuilt).build(), tagSig).get());
+}
+
+TEST(MlutType, TablesWrittenByLittleCmsDecodeAndRebuild) {
+    const struct {
+        cmsTagSignature tag;
+        std::uint32_t inputs;
+        const char* stages;
+    } cases[] = {
+        {cmsSigAToB0Tag, 3, "c"},     {cmsSigAToB0Tag, 3, "cxc"},   {cmsSigAToB0Tag, 4, "c3c"},
+        {cmsSigAToB0Tag, 4, "c3cxc"}, {cmsSigBToA0Tag, 3, "c"},     {cmsSigBToA0Tag, 3, "cxc"},
+        {cmsSigBToA0Tag, 3, "c4c"},   {cmsSigBToA0Tag, 3, "cxc4c"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.tag == cmsSigAToB0Tag ? "mAB " : "mBA ") + c.stages);
+        const Bytes bytes = lcmsProfile(c.tag, c.inputs, c.stages);
+        iccProfileRW profile;
+        ASSERT_EQ(profile.loadFromMemory(bytes), icOk);
+        iccLutAToBType aToB;
+        iccLutBToAType bToA;
+        iccMlutType& tag = c.tag == cmsSigAToB0Tag ? static_cast<iccMlutType&>(aToB) : bToA;
+        ASSERT_EQ(tag.loadBySignature(c.tag, profile), icOk);
+        expectSameAsLcms(tag, lcmsRead(bytes, c.tag).get());
+        checkRoundTrip(tag, c.tag);
+    }
+
+    // Little CMS writes 16-bit tables only; an 8-bit one laid out here reads the same there.
+    iccMlutType built;
+    ASSERT_EQ(built.createLayout(iccMlutType::kBToA, 3, 2, {true, false, false, true, true}), icOk);
+    for (auto* set : {&*built.bCurves, &*built.aCurves})
+        for (auto& curve : *set)
+            ASSERT_EQ(curve.buildParametric(0, 1, std::vector<double>{1.8}), icOk);
+    const std::uint8_t grid[] = {2, 3, 4};
+    ASSERT_EQ(built.clut->init(3, 2, 1, grid), icOk);
+    for (std::uint32_t k = 0; k < built.clut->valueCount(); ++k)
+        ASSERT_EQ(built.clut->setValue(k, k * 10), icOk);
+    checkRoundTrip(built, icSig("B2A0"));
+}
+
+// Every lookup table of the installed profiles decodes exactly when Little CMS reads it. The
+// two 'mBA ' tags found there (colord's named-colour profiles) are malformed: their M curves
+// overlap the matrix, so the second M curve has no curve signature; both sides refuse them.
+TEST(MlutType, RealProfilesAgreeWithLittleCms) {
+    for (const auto& path : installedProfiles()) {
+        iccProfileRW profile;
+        ASSERT_EQ(profile.loadFromFile(path.string()), icOk);
+        for (int i = 0; i < profile.tagCount(); ++i) {
+            const icSignature type = profile.getTagTypeSignature(i);
+            if (type != iccMlutType::kAToB && type != iccMlutType::kBToA)
+                continue;
+            SCOPED_TRACE(path.string() + " " + sigToText(profile.getEntry(i)->sig));
+            iccMlutType tag;
+            const icStatus status = tag.loadByIndex(i, profile);
+            const auto theirs = lcmsRead(readBytes(path), profile.getEntry(i)->sig);
+            ASSERT_EQ(status == icOk, theirs != nullptr) << status;
+            if (theirs) {
+                expectSameAsLcms(tag, theirs.get());
+                checkRoundTrip(tag, profile.getEntry(i)->sig);
+            }
+        }
+    }
+}
+
+TEST(MlutType, LoadBySignatureKeepsToItsOwnType) {
+    // No input channels: the A curve set is empty and its offset may lie past the tag. A load
+    // from the directory refuses it by size; the second attempt of a load by signature takes it.
+    const Bytes beyond = mlut("mAB ", 0, 1, {32, 0, 0, 44, 200},
+                              tagBytes(icSig("curv"), Bytes(4)) + clutBytes({}, 2, 4));
+    iccProfileRW profile;
+    ASSERT_EQ(profile.loadFromMemory(ProfileBuilder()
+                                         .tag(icSig("A2B0"), mlut("mAB ", 1, 1, {32}, gammas(1)))
+                                         .tag(icSig("B2A0"), mlut("mBA ", 1, 1, {32}, gammas(1)))
+                                         .tag(icSig("A2B1"), beyond)
+                                         .build()),
+              icOk);
+    iccLutAToBType aToB;
+    iccLutBToAType bToA;
+    EXPECT_EQ(aToB.loadBySignature(icSig("A2B0"), profile), icOk);
+    EXPECT_EQ(aToB.loadBySignature(icSig("B2A0"), profile), icErrBadProfile);
+    EXPECT_EQ(bToA.loadBySignature(icSig("B2A0"), profile), icOk);
+    EXPECT_EQ(bToA.loadBySignature(icSig("A2B2"), profile), icErrBadProfile);
+    EXPECT_EQ(aToB.loadByIndex(2, profile), icErrBadProfile);
+    EXPECT_EQ(aToB.loadBySignature(icSig("A2B1"), profile), icOk);
+    EXPECT_EQ(aToB.offsetA, 200u);
+    EXPECT_EQ(bToA.loadBySignature(icSig("A2B1"), profile), icOk);
+}
+
+} // namespace
