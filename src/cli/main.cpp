@@ -1,10 +1,13 @@
 // veltrino-cli: the library of the desktop program, without a display.
 #include "app/document.h"
+#include "catalogue/catalogue.h"
 #include "cli/cli_presenter.h"
+#include "cli/exchange_commands.h"
 
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <optional>
 #include <string>
 
 #ifndef VELTRINO_VERSION
@@ -30,11 +33,7 @@ bool openProfile(iccDocument& document, CliPresenter& presenter, const std::stri
     return ok;
 }
 
-int runInfo(const std::string& path, bool hexadecimal) {
-    CliPresenter presenter(stdout);
-    iccDocument document(presenter);
-    if (!openProfile(document, presenter, path))
-        return kExitFailed;
+void printInfo(const iccDocument& document, bool hexadecimal) {
     for (const HeaderField& field : document.headerFields()) {
         std::string_view text = field.text;
         while (!text.empty() && text.back() == '\n')
@@ -45,7 +44,81 @@ int runInfo(const std::string& path, bool hexadecimal) {
     printLine(tagTableCaption(document.profile().tagCount()));
     for (const TagRow& row : document.tagRows(hexadecimal))
         printLine(row.index + '\t' + row.signature + '\t' + row.offset + '\t' + row.size);
+}
+
+int runInfo(const std::string& path, bool hexadecimal) {
+    CliPresenter presenter(stdout);
+    iccDocument document(presenter);
+    if (!openProfile(document, presenter, path))
+        return kExitFailed;
+    printInfo(document, hexadecimal);
     return kExitOk;
+}
+
+// A TAG argument: digits only name a directory index, anything else a signature of up to four
+// characters padded with blanks. Nothing when it can be neither.
+struct TagArgument {
+    std::optional<std::uint64_t> index;
+    icSignature signature = 0;
+};
+
+std::optional<TagArgument> parseTagArgument(const std::string& text) {
+    if (text.empty())
+        return std::nullopt;
+    if (text.find_first_not_of("0123456789") == std::string::npos) {
+        // Any index beyond the directory's 50 entries is out of range; no need to hold more.
+        const std::string digits = text.substr(std::min(text.find_first_not_of('0'), text.size()));
+        return TagArgument{digits.size() > 9 ? UINT64_MAX : std::stoull("0" + digits), 0};
+    }
+    if (text.size() > 4)
+        return std::nullopt;
+    std::string padded = text;
+    padded.resize(4, ' ');
+    return TagArgument{std::nullopt, textToSig(padded)};
+}
+
+int runShow(const std::string& path, const std::string& tagText) {
+    const auto tag = parseTagArgument(tagText);
+    if (!tag) {
+        std::fprintf(stderr,
+                     "veltrino-cli: TAG must be an index or a signature of up to four "
+                     "characters: %s\n",
+                     tagText.c_str());
+        return kExitUsage;
+    }
+    CliPresenter presenter(stdout);
+    iccDocument document(presenter);
+    if (!openProfile(document, presenter, path))
+        return kExitFailed;
+    iccProfileRW& profile = document.profile();
+    int index = -1;
+    if (tag->index) {
+        if (*tag->index < static_cast<std::uint64_t>(profile.tagCount()))
+            index = static_cast<int>(*tag->index);
+    } else {
+        index = profile.findTag(tag->signature);
+    }
+    if (index < 0) {
+        std::fprintf(stderr, "veltrino-cli: no tag %s in %s\n", tagText.c_str(), path.c_str());
+        return kExitFailed;
+    }
+    return icFailed(showTag(presenter, profile, index)) ? kExitFailed : kExitOk;
+}
+
+int runDump(const std::string& path, bool hexadecimal) {
+    CliPresenter presenter(stdout);
+    iccDocument document(presenter);
+    if (!openProfile(document, presenter, path))
+        return kExitFailed;
+    printInfo(document, hexadecimal);
+    iccProfileRW& profile = document.profile();
+    bool failed = false;
+    for (int i = 0; i < profile.tagCount(); ++i) {
+        printLine("=== #" + std::to_string(i) + " " + sigToText(profile.getEntry(i)->sig));
+        if (icFailed(showTag(presenter, profile, i)))
+            failed = true;
+    }
+    return failed ? kExitFailed : kExitOk;
 }
 
 int runSave(const std::string& path, const std::string& output) {
@@ -70,9 +143,34 @@ int main(int argc, char** argv) {
     info->add_flag("--hex", hexadecimal, "Write offsets and sizes in hexadecimal");
     info->add_option("PROFILE", profilePath, "ICC profile (.icc, .icm)")->required();
 
+    std::string tagText;
+    CLI::App* show =
+        app.add_subcommand("show", "Show one tag as a double click in the window does");
+    show->add_option("PROFILE", profilePath, "ICC profile (.icc, .icm)")->required();
+    show->add_option("TAG", tagText, "Directory index, or tag signature such as desc or A2B0")
+        ->required();
+
+    CLI::App* dump = app.add_subcommand("dump", "Print info, then show every tag in order");
+    dump->add_flag("--hex", hexadecimal, "Write offsets and sizes in hexadecimal");
+    dump->add_option("PROFILE", profilePath, "ICC profile (.icc, .icm)")->required();
+
     CLI::App* save = app.add_subcommand("save", "Lay the profile out again and write it");
     save->add_option("PROFILE", profilePath, "ICC profile to read")->required();
     save->add_option("OUTPUT", outputPath, "Path of the profile to write")->required();
+
+    std::string exchangePath;
+    CLI::App* exportCommand = app.add_subcommand(
+        "export", "Write a LUT tag as a folder, or a curve tag as a curve text file");
+    exportCommand->add_option("PROFILE", profilePath, "ICC profile (.icc, .icm)")->required();
+    exportCommand->add_option("TAG", tagText, "Directory index, or tag signature")->required();
+    exportCommand->add_option("PATH", exchangePath, "Folder or curve text file")->required();
+
+    CLI::App* importCommand = app.add_subcommand(
+        "import", "Read a tag back from its folder or curve file and save the profile");
+    importCommand->add_option("PROFILE", profilePath, "ICC profile (.icc, .icm)")->required();
+    importCommand->add_option("TAG", tagText, "Directory index, or tag signature")->required();
+    importCommand->add_option("PATH", exchangePath, "Folder or curve text file")->required();
+    importCommand->add_option("OUTPUT", outputPath, "Path of the profile to write")->required();
 
     try {
         app.parse(argc, argv);
@@ -85,5 +183,13 @@ int main(int argc, char** argv) {
 
     if (info->parsed())
         return runInfo(profilePath, hexadecimal);
+    if (show->parsed())
+        return runShow(profilePath, tagText);
+    if (dump->parsed())
+        return runDump(profilePath, hexadecimal);
+    if (exportCommand->parsed())
+        return runExportCommand(profilePath, tagText, exchangePath);
+    if (importCommand->parsed())
+        return runImportCommand(profilePath, tagText, exchangePath, outputPath);
     return runSave(profilePath, outputPath);
 }

@@ -202,9 +202,11 @@ icStatus iccProfileRW::loadEverything(icStatus loaded) {
     if (loaded != icOk)
         return loaded;
     // Entries at the same offset share one buffer, read once (only the offset is compared).
+    // An empty block has nothing to share: the layout places the tag after an empty one at the
+    // same offset, and linking the two would lose that tag's bytes.
     for (int i = 1; i < tagCount_; ++i) {
         for (int j = 0; j < i; ++j) {
-            if (tags_[j].offset == tags_[i].offset) {
+            if (tags_[j].offset == tags_[i].offset && (tags_[j].size > 0 || tags_[i].size == 0)) {
                 links_[i] = j;
                 break;
             }

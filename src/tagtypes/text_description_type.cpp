@@ -37,15 +37,18 @@ icStatus iccTextDescriptionType::decode() {
     }
     for (auto& c : unicode)
         c = r.u16();
-    scriptCode = r.u16();
-    scriptCount = r.u8();
+    // Some writers store only the ScriptCode characters they use instead of the whole 67-byte
+    // field, or leave the part out. What is missing of it reads as zeros; the ASCII and
+    // Unicode parts before it must be complete.
+    std::array<std::uint8_t, 3 + 67> script{};
+    const auto present = r.bytes(std::min(r.remaining(), script.size()));
+    std::copy(present.begin(), present.end(), script.begin());
+    scriptCode = loadBE16(script.data());
+    scriptCount = script[2];
     // Compared as a signed byte: counts of 128 to 255 pass.
     if (static_cast<std::int8_t>(scriptCount) > 67)
         return icErrNoMemory;
-    const auto script = r.bytes(scriptText.size());
-    if (!r.ok())
-        return icErrTruncated;
-    std::copy(script.begin(), script.end(), scriptText.begin());
+    std::copy(script.begin() + 3, script.end(), scriptText.begin());
     return setRawSize(encodedSize());
 }
 

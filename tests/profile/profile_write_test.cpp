@@ -56,6 +56,19 @@ TEST(ProfileWrite, SharedBlocksStaySharedAndAreWrittenOnce) {
     EXPECT_EQ(profile.getTagData(3).data(), profile.getTagData(1).data());
 }
 
+TEST(ProfileWrite, ATagAfterAnEmptyOneKeepsItsBytes) {
+    auto profile = loaded(ProfileBuilder()
+                              .tag(icSig("desc"), textTag("d"))
+                              .tag(icSig("zero"), {})
+                              .tag(icSig("cprt"), textTag("kept"))
+                              .build());
+    std::vector<std::uint8_t> block;
+    ASSERT_EQ(profile->saveToMemory(block), icOk);
+    auto reread = loaded(block);
+    EXPECT_EQ(reread->getEntry(1)->offset, reread->getEntry(2)->offset);
+    EXPECT_EQ(textOf(*reread, icSig("cprt")), "kept");
+}
+
 TEST(ProfileWrite, AddsCopyrightFromTheHeaderYearAndRefusesAMissingDescription) {
     ProfileBuilder builder;
     builder.header.date.year = 2009;

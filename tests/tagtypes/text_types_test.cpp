@@ -68,9 +68,15 @@ TEST(TextDescriptionType, ScriptCodeCountAndTruncation) {
     EXPECT_EQ(loadTag(desc, descTag("sRGB", 68)), icErrNoMemory);
     EXPECT_EQ(loadTag(desc, descTag("sRGB", 200)), icOk); // a signed byte: negative passes
 
+    // A short ScriptCode field reads as zeros; a short Unicode part is refused.
+    Bytes shortScript = descTag("sRGB", 5);
+    shortScript.resize(shortScript.size() - 60);
+    ASSERT_EQ(loadTag(desc, shortScript), icOk);
+    EXPECT_EQ(desc.scriptCount, 5);
+    EXPECT_EQ(desc.rawSize(), 5u + 4 + 90);
     Bytes truncated = descTag("sRGB", 5);
-    truncated.resize(truncated.size() - 20);
-    EXPECT_LT(loadTag(desc, truncated), 0);
+    truncated.resize(12 + 5 + 8 + 2);
+    EXPECT_EQ(loadTag(desc, truncated), icErrTruncated);
     Bytes hugeCount = descTag("sRGB", 5);
     storeBE32(hugeCount.data() + 8, 0xFFFFFFF0);
     EXPECT_EQ(loadTag(desc, hugeCount), icErrTruncated);

@@ -1,0 +1,157 @@
+// One input of the profile fuzzer: load arbitrary bytes as a profile, and on success walk
+// everything the desktop program does right after opening it (header panel, tag table in both
+// modes), decode every tag of a type we know, rebuild it, and save the whole profile again.
+// libFuzzer calls it directly; fuzz/replay_main.cpp runs it over files so the sanitizer build of
+// the tests replays real and hostile profiles through exactly the same code.
+#include "app/header_model.h"
+#include "catalogue/catalogue.h"
+#include "profile/profile.h"
+#include "tagtypes/multi_localized_unicode_type.h"
+#include "tagtypes/text_description_type.h"
+#include "tagtypes/text_type.h"
+#include "viewers/curve_model.h"
+#include "viewers/lut_model.h"
+#include "viewers/mluc_model.h"
+#include "viewers/mlut_model.h"
+#include "viewers/named_color_model.h"
+#include "viewers/xyz_model.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <span>
+#include <vector>
+
+namespace {
+
+// Reads every byte of a span a library call handed out, so that a span claiming more than its
+// buffer holds shows up under AddressSanitizer here rather than somewhere downstream.
+void touch(std::span<const std::uint8_t> bytes) {
+    volatile std::uint8_t sink = 0;
+    for (std::uint8_t b : bytes)
+        sink = sink ^ b;
+    (void)sink;
+}
+
+template <class Tag> void decodeAndRebuild(iccProfileRW& profile, int index) {
+    Tag tag;
+    if (tag.loadByIndex(index, profile) != icOk)
+        return;
+    touch(tag.getData());
+}
+
+struct TagDecoder {
+    icSignature type;
+    void (*run)(iccProfileRW& profile, int index);
+};
+
+// The tag types the harness decodes, keyed by the type signature at the start of the tag's
+// bytes. A new tag type class joins with one row.
+constexpr std::array kDecoders{
+    TagDecoder{iccTextType::kSignature, decodeAndRebuild<iccTextType>},
+    TagDecoder{iccTextDescriptionType::kSignature, decodeAndRebuild<iccTextDescriptionType>},
+    TagDecoder{iccMultiLocalizedUnicodeType::kSignature,
+               decodeAndRebuild<iccMultiLocalizedUnicodeType>},
+};
+
+void decodeKnownTags(iccProfileRW& profile) {
+    for (int i = 0; i < profile.tagCount(); ++i) {
+        touch(profile.getTagData(i));
+        const icSignature type = profile.getTagTypeSignature(i);
+        for (const TagDecoder& decoder : kDecoders)
+            if (decoder.type == type)
+                decoder.run(profile, i);
+    }
+}
+
+void buildTexts(const iccProfileRW& profile) {
+    std::size_t length = 0;
+    for (const HeaderField& field : headerFieldTexts(profile.header()))
+        length += field.text.size();
+    for (bool hexadecimal : {false, true})
+        for (const TagRow& row : tagTableRows(profile, hexadecimal))
+            length += row.index.size() + row.signature.size() + row.offset.size() + row.size.size();
+    volatile std::size_t sink = length;
+    (void)sink;
+}
+
+// Every tag through Show selected tag, as a double click runs it: reports, viewer models and
+// the write-back of a viewer closed with OK. What would be shown is built and dropped.
+class DroppingPresenter : public Presenter {
+public:
+    void messageBox(icBoxKind, std::string_view caption, std::string_view text) override {
+        sink(caption.size() + text.size());
+    }
+    void showHexDump(std::string_view, const std::vector<std::string>& lines) override {
+        sink(lines.size());
+    }
+    icViewerResult curveViewer(std::string_view c, iccCurveElement& curve) override {
+        return shown(CurveModel(curve, c).lines());
+    }
+    icViewerResult xyzViewer(std::string_view c, iccXYZType& xyz) override {
+        return shown(XyzModel(xyz, c).lines());
+    }
+    icViewerResult lutViewer(std::string_view, iccLut8Type* lut8, iccLut16Type* lut16,
+                             icSignature space) override {
+        LutModel model(lut8, lut16, space);
+        sink(model.nodeValues().size());
+        return shown(model.lines());
+    }
+    icViewerResult mlutViewer(std::string_view, iccMlutType& lut) override {
+        MlutModel model(lut);
+        sink(model.nodeValues().size());
+        return shown(model.lines());
+    }
+    icViewerResult namedColorViewer(std::string_view, const icNamedColor2& colors,
+                                    icSignature pcs) override {
+        return shown(NamedColorModel(colors, pcs).lines());
+    }
+    icViewerResult mlucViewer(std::string_view,
+                              const iccMultiLocalizedUnicodeType& strings) override {
+        return shown(MlucModel(strings).lines());
+    }
+
+private:
+    static void sink(std::size_t n) {
+        volatile std::size_t s = n;
+        (void)s;
+    }
+    static icViewerResult shown(const std::vector<std::string>& lines) {
+        sink(lines.size());
+        return {true, false, icOk};
+    }
+};
+
+void showEveryTag(iccProfileRW& profile) {
+    DroppingPresenter presenter;
+    for (int i = 0; i < profile.tagCount(); ++i)
+        (void)showTag(presenter, profile, i);
+}
+
+// What we write we must be able to read: a saved profile that does not load again is a writer
+// fault, so it stops the run like a crash would.
+void checkReloads(const std::vector<std::uint8_t>& saved) {
+    iccProfileRW reloaded;
+    if (const icStatus s = reloaded.loadFromMemory(saved); s != icOk) {
+        std::fprintf(stderr, "saved profile (%zu bytes) does not load again: status %d\n",
+                     saved.size(), static_cast<int>(s));
+        std::abort();
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    iccProfileRW profile;
+    if (profile.loadFromMemory(std::span<const std::uint8_t>(data, size)) != icOk)
+        return 0;
+    buildTexts(profile);
+    decodeKnownTags(profile);
+    showEveryTag(profile);
+    std::vector<std::uint8_t> saved;
+    if (profile.saveToMemory(saved) == icOk)
+        checkReloads(saved);
+    return 0;
+}

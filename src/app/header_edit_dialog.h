@@ -1,0 +1,32 @@
+// "Modify...": the editor of the profile's in-memory header.
+#pragma once
+
+#include "app/header_edit_model.h"
+#include "profile/presenter.h"
+
+#include <QDialog>
+
+#include <array>
+
+class QComboBox;
+class QLineEdit;
+
+class CEditHeaderDlg : public QDialog {
+    Q_OBJECT
+public:
+    // Edits `header` in place on "OK"; "Cancel" leaves it alone. The version warnings go to
+    // `presenter`.
+    CEditHeaderDlg(icHeader& header, Presenter& presenter, QWidget* parent = nullptr);
+
+    // What the dialog holds now, as the model takes it.
+    HeaderEditFields fields() const;
+
+    void accept() override;
+
+private:
+    icHeader& header_;
+    Presenter& presenter_;
+    QLineEdit *cmmType_, *version_, *date_, *time_, *platform_, *manufacturer_, *model_, *creator_;
+    QComboBox *embedded_, *independent_, *intent_;
+    std::array<QComboBox*, 4> attributes_{};
+};

@@ -1,0 +1,10 @@
+// Veltrino: inspects and edits ICC colour profiles.
+#include "app/veltrino_app.h"
+
+int main(int argc, char** argv) {
+    // A screenshot needs no display: render offscreen unless a platform was chosen.
+    if (wantsScreenshot(argc, argv) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    CVeltrinoApp app(argc, argv);
+    return app.run();
+}

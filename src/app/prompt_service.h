@@ -1,0 +1,41 @@
+// Everything the main window asks of the user, behind one interface: message boxes (as a
+// Presenter, so the library's boxes take the same road), the about box and the file dialogs.
+// The desktop program shows real dialogs; tests script the answers and record every box.
+#pragma once
+
+#include "profile/presenter.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct FileDialogRequest {
+    std::string caption;
+    // In Qt's "Name (*.a *.b)" form, in the order shown.
+    std::vector<std::string> filters;
+    // Added to a chosen name that has no extension (save dialogs).
+    std::string defaultSuffix;
+    // Folder shown first; empty for the toolkit's choice.
+    std::string directory;
+};
+
+class PromptService : public Presenter {
+public:
+    void info(std::string_view caption, std::string_view text) {
+        messageBox(icBoxKind::info, caption, text);
+    }
+    void warning(std::string_view caption, std::string_view text) {
+        messageBox(icBoxKind::warning, caption, text);
+    }
+    void stop(std::string_view caption, std::string_view text) {
+        messageBox(icBoxKind::stop, caption, text);
+    }
+
+    virtual void about(std::string_view caption, std::string_view text) = 0;
+
+    // The chosen path in the platform's encoding, or nothing when the dialog was cancelled. The
+    // save dialog asks before replacing an existing file.
+    virtual std::optional<std::string> askOpenPath(const FileDialogRequest& request) = 0;
+    virtual std::optional<std::string> askSavePath(const FileDialogRequest& request) = 0;
+};

@@ -1,0 +1,33 @@
+// The prompt service of the desktop program: real message boxes, viewer windows and file
+// dialogs.
+#pragma once
+
+#include "app/prompt_service.h"
+
+#include <QMessageBox>
+#include <QPointer>
+#include <QWidget>
+
+#include <memory>
+
+// The box that messageBox() runs: the icon the kind calls for, one "OK" button, and modal for
+// the whole application, since a library message may come while any window is up.
+std::unique_ptr<QMessageBox> makeMessageBox(icBoxKind kind, std::string_view caption,
+                                            std::string_view text);
+
+class QtPresenter : public PromptService {
+public:
+    // Viewers and file dialogs are centred on `parent` once it is set.
+    explicit QtPresenter(QWidget* parent = nullptr) : parent_(parent) {}
+    void setParent(QWidget* parent) { parent_ = parent; }
+
+    void messageBox(icBoxKind kind, std::string_view caption, std::string_view text) override;
+    void showLargeText(std::string_view caption, std::string_view text) override;
+    void showHexDump(std::string_view caption, const std::vector<std::string>& lines) override;
+    void about(std::string_view caption, std::string_view text) override;
+    std::optional<std::string> askOpenPath(const FileDialogRequest& request) override;
+    std::optional<std::string> askSavePath(const FileDialogRequest& request) override;
+
+private:
+    QPointer<QWidget> parent_;
+};

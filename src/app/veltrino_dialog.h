@@ -1,0 +1,79 @@
+// The main window: the open profile's header and tag table, and the commands on it.
+#pragma once
+
+#include "app/document.h"
+#include "app/prompt_service.h"
+
+#include <QDialog>
+
+#include <array>
+#include <string>
+
+class QAction;
+class QGroupBox;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QSettings;
+class QTreeWidget;
+
+class CVeltrinoDlg : public QDialog {
+    Q_OBJECT
+public:
+    // Reads the data folder from `settings` (and writes it back when the window goes), then
+    // opens `commandLineFile` when one is given. Every box and file dialog goes to `prompts`.
+    CVeltrinoDlg(PromptService& prompts, QSettings& settings,
+                 const std::string& commandLineFile = {}, QWidget* parent = nullptr);
+    ~CVeltrinoDlg() override;
+
+    // The open procedure: on success the window shows the profile and "Modify..." is enabled;
+    // on failure the window keeps what it showed and "Modify..." is disabled.
+    bool openProfile(const std::string& path);
+
+    const iccDocument& document() const { return document_; }
+
+    // The window's commands, as its buttons run them.
+    void browse();
+    void saveAs();
+    void modifyHeader();
+    void openSelectedTag();
+    void showAbout();
+
+    // The dialogs' fixed texts, also used by tests to check what was asked.
+    static FileDialogRequest openRequest();
+    static FileDialogRequest saveRequest();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void buildLayout();
+    void showProfile();
+    void showHeaderFields();
+    void showTagTable();
+    void rewriteNumberColumns();
+    bool tagListKeyPressed(const QKeyEvent& key);
+    std::string currentFolder() const;
+
+    PromptService& prompts_;
+    QSettings& settings_;
+    iccDocument document_;
+    bool hexadecimal_ = false;
+    // Whether the space bar is down: the tag list opens its tag when it gains the focus then.
+    bool spaceHeld_ = false;
+
+    QPushButton* browseButton_;
+    QLineEdit* pathField_;
+    QPushButton* saveAsButton_;
+    QGroupBox* headerGroup_;
+    std::array<QLineEdit*, kHeaderFieldCount> headerFields_{};
+    QPushButton* modifyButton_;
+    QGroupBox* tagGroup_;
+    QTreeWidget* tagList_;
+    QRadioButton* decimalButton_;
+    QRadioButton* hexadecimalButton_;
+    QAction* aboutAction_;
+    QPushButton* closeButton_;
+};

@@ -1,0 +1,192 @@
+#include "lutio/exchange_procedures.h"
+
+#include "lutio/curve_text.h"
+#include "lutio/lut_folder.h"
+#include "lutio/mlut_folder.h"
+#include "tagtypes/curve_type.h"
+#include "tagtypes/lut16_type.h"
+#include "tagtypes/lut_atob_type.h"
+
+#include <new>
+#include <optional>
+#include <type_traits>
+
+namespace {
+
+constexpr std::string_view kExportFailed = "Failed in exporting...\n";
+constexpr std::string_view kImportFailed = "Failed in importing files...\n";
+constexpr std::string_view kMismatch =
+    "Error: Tag signatures are mismatched or the tag sizes are different.\n";
+constexpr std::string_view kLutUpdateFailed = "Error in updating LUT. Please exit the program.\n";
+constexpr std::string_view kMlutUpdateFailed =
+    "Error in updating the LUT. Please exit the program!\n";
+// The curve viewer has always used the save wording for a failed read as well.
+constexpr std::string_view kCurveFileFailed = "Error in saving file!\n";
+
+void box(Presenter& presenter, std::string_view text) {
+    presenter.messageBox(icBoxKind::info, kCaption, text);
+}
+
+// A success box: the text, the path right after it, and a line feed.
+icStatus success(Presenter& presenter, std::string_view text, const std::string& path) {
+    try {
+        box(presenter, std::string(text) + path + "\n");
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+    return icOk;
+}
+
+template <class Lut> std::string_view lutName() {
+    return std::is_same_v<Lut, iccLut8Type> ? "Lut8" : "Lut16";
+}
+
+template <class Lut>
+icStatus importLut(Lut& tag, const std::string& folder, std::uint32_t* tagBytes) {
+    if constexpr (std::is_same_v<Lut, iccLut8Type>)
+        return ImportLut8Folder(tag, folder, tagBytes);
+    else
+        return ImportLut16Folder(tag, folder, tagBytes);
+}
+
+template <class Lut>
+icStatus exportLut(Presenter& presenter, const Lut& tag, const std::string& folder) {
+    icStatus s = icOk;
+    if constexpr (std::is_same_v<Lut, iccLut8Type>)
+        s = ExportLut8Folder(tag, folder);
+    else
+        s = ExportLut16Folder(tag, folder);
+    if (s != icOk) {
+        box(presenter, kExportFailed);
+        return s;
+    }
+    return success(
+        presenter,
+        "Successfully export a " + std::string(lutName<Lut>()) + " tag to folder:", folder);
+}
+
+// The two-pass import shared by both kinds of lookup table. The size compared is the size the
+// folder gives its table: what the scratch table came to, and for a lut8/lut16 also the
+// Tag_Bytes its header states, because a header whose dimensions disagree with Tag_Bytes is
+// imported without its tables, and taking it would reset the shown tag to identity tables.
+template <class Tag, class Import>
+icStatus importTwice(Presenter& presenter, Tag& tag, Tag& scratch, const std::string& folder,
+                     Import import, std::string_view updateFailed) {
+    std::optional<std::uint32_t> stated;
+    if (icStatus s = import(scratch, folder, stated); s != icOk) {
+        box(presenter, kImportFailed);
+        return s;
+    }
+    if (scratch.typeSignature() != tag.typeSignature() || scratch.rawSize() != tag.rawSize() ||
+        (stated && *stated != tag.rawSize())) {
+        box(presenter, kMismatch);
+        return icErrBadProfile;
+    }
+    if (icStatus s = import(tag, folder, stated); s != icOk) {
+        box(presenter, updateFailed);
+        return s;
+    }
+    return icOk;
+}
+
+template <class Lut> icStatus lutImport(Presenter& presenter, Lut& tag, const std::string& folder) {
+    Lut scratch;
+    const auto import = [](Lut& into, const std::string& path,
+                           std::optional<std::uint32_t>& stated) {
+        std::uint32_t tagBytes = 0;
+        const icStatus s = importLut(into, path, &tagBytes);
+        stated = tagBytes;
+        return s;
+    };
+    const icStatus s = importTwice(presenter, tag, scratch, folder, import, kLutUpdateFailed);
+    if (s != icOk)
+        return s;
+    try {
+        return success(
+            presenter,
+            "Successfully import a " + std::string(lutName<Lut>()) + " tag from folder:", folder);
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+}
+
+} // namespace
+
+icStatus runLutExport(Presenter& presenter, const iccLut8Type& tag, const std::string& folder) {
+    try {
+        return exportLut(presenter, tag, folder);
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+}
+
+icStatus runLutExport(Presenter& presenter, const iccLut16Type& tag, const std::string& folder) {
+    try {
+        return exportLut(presenter, tag, folder);
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+}
+
+icStatus runLutImport(Presenter& presenter, iccLut8Type& tag, const std::string& folder) {
+    return lutImport(presenter, tag, folder);
+}
+
+icStatus runLutImport(Presenter& presenter, iccLut16Type& tag, const std::string& folder) {
+    return lutImport(presenter, tag, folder);
+}
+
+icStatus runMlutExport(Presenter& presenter, const iccMlutType& tag, const std::string& folder) {
+    if (icStatus s = ExportMlutFolder(tag, folder); s != icOk) {
+        box(presenter, kExportFailed);
+        return s;
+    }
+    return success(presenter, "Successfully export MLUT to folder:", folder);
+}
+
+icStatus runMlutImport(Presenter& presenter, iccMlutType& tag, const std::string& folder) {
+    // The scratch table takes whichever of the two signatures the folder names; the comparison
+    // then refuses one that differs from the shown tag's.
+    iccMlutType scratch;
+    const auto import = [](iccMlutType& into, const std::string& path,
+                           std::optional<std::uint32_t>&) { return ImportMlutFolder(into, path); };
+    if (icStatus s = importTwice(presenter, tag, scratch, folder, import, kMlutUpdateFailed);
+        s != icOk)
+        return s;
+    return success(presenter, "Successfully import MLUT from folder:", folder);
+}
+
+icStatus runCurveExport(Presenter& presenter, const iccCurveElement& curve,
+                        const std::string& path) {
+    if (icStatus s = WriteCurveElementFile(curve, path); s != icOk) {
+        box(presenter, kCurveFileFailed);
+        return s;
+    }
+    return icOk;
+}
+
+icStatus runCurveImport(Presenter& presenter, iccCurveElement& curve, const std::string& path) {
+    // Read twice, first into a scratch curve, so that a bad file leaves the shown curve as it was.
+    const auto readTwice = [&](auto& shown, auto scratch, auto read) {
+        if (icStatus s = read(scratch, path); s != icOk) {
+            box(presenter, kCurveFileFailed);
+            return s;
+        }
+        if (icStatus s = read(shown, path); s != icOk) {
+            box(presenter, kCurveFileFailed);
+            return s;
+        }
+        return icOk;
+    };
+    if (iccCurveType* shown = curve.curve())
+        return readTwice(*shown, iccCurveType(), [](iccCurveType& c, const std::string& p) {
+            return ReadCurveTextFile(c, p);
+        });
+    if (iccParametricCurveType* shown = curve.parametric())
+        return readTwice(*shown, iccParametricCurveType(),
+                         [](iccParametricCurveType& c, const std::string& p) {
+                             return ReadParametricTextFile(c, p);
+                         });
+    box(presenter, kCurveFileFailed);
+    return icErrGeneral;
+}

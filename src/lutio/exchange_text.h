@@ -1,0 +1,106 @@
+// The plain-text side of the exchange files: output built in memory with the number formats of
+// C's "%u" and "%f", and a reader over a whole file held in memory that reads lines the way
+// fgets does with a 1024-byte buffer and numbers the way scanf does.
+//
+// Every number goes through std::to_chars and std::from_chars: they are locale-independent,
+// exact, and fast enough for CLUT files of a million lines.
+#pragma once
+
+#include <charconv>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+// The program has always read its text files through a 1024-byte line buffer, so a line holds
+// at most 1023 characters and a longer one is read as several.
+inline constexpr std::size_t kExchangeLineLimit = 1023;
+
+// An exchange file being written: appended to in memory, then written in one go.
+class icTextOut {
+public:
+    void reserve(std::size_t bytes) { text_.reserve(bytes); }
+    icTextOut& text(std::string_view s) {
+        text_.append(s);
+        return *this;
+    }
+    icTextOut& ch(char c) {
+        text_.push_back(c);
+        return *this;
+    }
+    // "%u"
+    icTextOut& u(std::uint64_t v) {
+        char digits[24];
+        const auto end = std::to_chars(digits, digits + sizeof digits, v).ptr;
+        text_.append(digits, end);
+        return *this;
+    }
+    // "%d"
+    icTextOut& d(std::int64_t v) {
+        char digits[24];
+        const auto end = std::to_chars(digits, digits + sizeof digits, v).ptr;
+        text_.append(digits, end);
+        return *this;
+    }
+    // "%f" (and "%lf"): fixed notation with six decimals, rounded exactly as printf rounds.
+    icTextOut& f(double v);
+
+    const std::string& str() const { return text_; }
+    std::size_t size() const { return text_.size(); }
+
+private:
+    std::string text_;
+};
+
+// The C locale's white space, as scanf skips it.
+constexpr bool isScanSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+// Readers over a view that they advance past what they consumed; each first skips white space
+// as the matching scanf conversion does. They fail without a number (or word) to read, and
+// leave the view unchanged then.
+//
+// "%s": a run of characters that are not white space.
+bool scanWord(std::string_view& in, std::string_view& word);
+// "%u" and "%lu": decimal digits after an optional '+'. A value beyond 32 bits is not taken for
+// a 32-bit number.
+bool scanU32(std::string_view& in, std::uint32_t& v);
+bool scanU64(std::string_view& in, std::uint64_t& v);
+// "%d", 64 bits wide so that the caller decides how to narrow it.
+bool scanI64(std::string_view& in, std::int64_t& v);
+// "%lf": a decimal or exponent number, "inf" or "nan", after an optional sign.
+bool scanDouble(std::string_view& in, double& v);
+
+// A whole file in memory, read from the front: line by line and as a stream of tokens, in any
+// mix, as a C program alternates fgets and fscanf on one stream.
+class icTextIn {
+public:
+    explicit icTextIn(std::string_view text) : rest_(text) {}
+
+    // The next line as fgets reads it: up to and including its '\n', but at most 1023
+    // characters; none at the end of the text.
+    std::optional<std::string_view> line();
+
+    // Token stream reads, continuing where the last read stopped.
+    bool u32(std::uint32_t& v) { return scanU32(rest_, v); }
+    bool u64(std::uint64_t& v) { return scanU64(rest_, v); }
+    bool real(double& v) { return scanDouble(rest_, v); }
+
+    std::string_view rest() const { return rest_; }
+
+private:
+    std::string_view rest_;
+};
+
+// A header line "Label: N" read as "%s %u": a word that must begin with `label` (so a label
+// given without its colon accepts the line with or without one) and an unsigned number.
+bool labelledNumber(std::optional<std::string_view> line, std::string_view label,
+                    std::uint32_t& value);
+// One such line per label, in order; false at the first that is missing or does not match.
+bool labelledNumbers(icTextIn& in, std::span<const std::string_view> labels,
+                     std::span<std::uint32_t> values);
+// The first line of a folder's header.txt, "icTagTypeSignature: SIG": the signature word, or
+// none when the line is missing or its first word is another.
+std::optional<std::string_view> signatureLine(icTextIn& in);

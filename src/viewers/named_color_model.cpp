@@ -1,0 +1,98 @@
+#include "viewers/named_color_model.h"
+
+#include "catalogue/text_format.h"
+
+#include <algorithm>
+
+std::string pcsValueText(icSignature pcs, std::uint32_t channel, std::uint16_t value) {
+    double meaning;
+    if (pcs == icSig("XYZ "))
+        meaning = value * 0.0030517586022735946;
+    else if (channel == 0)
+        meaning = value / 652.8;
+    else
+        meaning = (value - 32768) * 0.00390625;
+    return formatText("%u (%6.3f)", unsigned(value), meaning);
+}
+
+std::string deviceValueText(std::uint16_t value) {
+    return formatText("%5u (%3d)", unsigned(value), static_cast<int>(value / 257.0 + 0.5));
+}
+
+NamedColorModel::NamedColorModel(const icNamedColor2& colors, icSignature pcs)
+    : colors_(colors), pcs_(pcs) {}
+
+std::vector<std::string> NamedColorModel::headerLines() const {
+    return {
+        formatText("Vendor specific flag: %#x", colors_.vendorFlag),
+        formatText("Count of named colors: %u", colors_.count),
+        formatText("Number of device planes: %u", colors_.deviceCoordinates),
+        "Prefix of each color name: " + colors_.prefix,
+        "Suffix of each color name: " + colors_.suffix,
+    };
+}
+
+std::array<std::string_view, 3> NamedColorModel::pcsLabels() const {
+    if (pcs_ == icSig("XYZ "))
+        return {"CIE X:", "CIE Y:", "CIE Z:"};
+    return {"CIE L*:", "CIE a*:", "CIE b*:"};
+}
+
+std::optional<std::string_view> NamedColorModel::openingMessage() const {
+    if (colors_.deviceCoordinates > kNamedColorChannels)
+        return kTooManyDevicePlanes;
+    return std::nullopt;
+}
+
+bool NamedColorModel::showsColors() const {
+    return !openingMessage() && !colors_.colors.empty();
+}
+
+std::uint32_t NamedColorModel::visibleChannels() const {
+    return std::min(colors_.deviceCoordinates, kNamedColorChannels);
+}
+
+int NamedColorModel::maxIndex() const {
+    return static_cast<int>(colors_.colors.size()) - 1;
+}
+
+std::vector<std::string> NamedColorModel::colorLines(int index) const {
+    std::vector<std::string> lines;
+    if (index < 0 || index > maxIndex())
+        return lines;
+    const icNamedColor2Entry& color = colors_.colors[static_cast<std::size_t>(index)];
+    lines.push_back(formatText("Color #: %d", index));
+    lines.push_back("Root name: " + color.rootName);
+    const auto labels = pcsLabels();
+    for (std::uint32_t i = 0; i < 3; ++i)
+        lines.push_back(std::string(labels[i]) + " " + pcsValueText(pcs_, i, color.pcs[i]));
+    for (std::uint32_t c = 0; c < visibleChannels() && c < color.device.size(); ++c)
+        lines.push_back(formatText("Channel %u: ", c) + deviceValueText(color.device[c]));
+    return lines;
+}
+
+std::vector<std::string> NamedColorModel::lines() const {
+    std::vector<std::string> lines = headerLines();
+    if (!showsColors())
+        return lines;
+    for (int i = 0; i <= maxIndex(); ++i)
+        for (std::string& line : colorLines(i))
+            lines.push_back(std::move(line));
+    return lines;
+}
+
+std::optional<std::string> NamedColorModel::setIndexFromBox(int typed) {
+    std::optional<std::string> message;
+    if (typed > maxIndex()) {
+        message = formatText("%s%d\n", "ERROR: Maximum index is ", maxIndex());
+        typed = maxIndex();
+    }
+    index_ = std::max(typed, 0);
+    return message;
+}
+
+void NamedColorModel::scroll(icScrollRequest request, std::int64_t thumb) {
+    const std::int64_t count = static_cast<std::int64_t>(colors_.colors.size());
+    index_ = static_cast<int>(std::max<std::int64_t>(
+        0, clampIndex(scrollTarget(index_, request, thumb, count / 10), 0, count - 1)));
+}

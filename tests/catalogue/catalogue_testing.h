@@ -1,0 +1,194 @@
+// Helpers of the catalogue and viewer tests: a presenter that records every box and viewer in
+// the form veltrino-cli prints it (and can play a viewer that edits and closes with OK), and
+// builders for tag bytes.
+#pragma once
+
+#include "catalogue/catalogue.h"
+#include "catalogue/named_color2.h"
+#include "support/test_support.h"
+#include "tagtypes/curve_type.h"
+#include "tagtypes/lut16_type.h"
+#include "tagtypes/lut_atob_type.h"
+#include "tagtypes/multi_localized_unicode_type.h"
+#include "tagtypes/text_description_type.h"
+#include "tagtypes/xyz_type.h"
+#include "viewers/curve_model.h"
+#include "viewers/lut_model.h"
+#include "viewers/mluc_model.h"
+#include "viewers/mlut_model.h"
+#include "viewers/named_color_model.h"
+#include "viewers/xyz_model.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <vector>
+
+struct Shown {
+    std::string kind; // "info", "warning", "stop", "text" or "viewer NAME"
+    std::string caption;
+    std::string text; // viewer lines joined with line feeds
+    friend bool operator==(const Shown&, const Shown&) = default;
+};
+
+inline std::ostream& operator<<(std::ostream& os, const Shown& s) {
+    return os << "{" << s.kind << " | " << s.caption << " | " << s.text << "}";
+}
+
+inline std::string joinLines(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines)
+        text += (text.empty() ? "" : "\n") + line;
+    return text;
+}
+
+class RecordingPresenter : public Presenter {
+public:
+    std::vector<Shown> shown;
+    // How every viewer closes; an edit hook runs on the object before it closes.
+    icViewerResult answer{true, false, icOk};
+    std::function<void(iccCurveElement&)> editCurve;
+    std::function<void(iccXYZType&)> editXYZ;
+    std::function<void(LutModel&)> editLut;
+    std::function<void(iccMlutType&)> editMlut;
+    icSignature lutOutputSpace = 0;
+
+    void messageBox(icBoxKind kind, std::string_view caption, std::string_view text) override {
+        static const char* kinds[] = {"info", "warning", "stop"};
+        record(kinds[static_cast<int>(kind)], caption, std::string(text));
+    }
+    void showLargeText(std::string_view caption, std::string_view text) override {
+        record("text", caption, std::string(text));
+    }
+    void showHexDump(std::string_view caption, const std::vector<std::string>& lines) override {
+        record("viewer hexdump", caption, joinLines(lines));
+    }
+    icViewerResult curveViewer(std::string_view caption, iccCurveElement& curve) override {
+        record("viewer curve", caption, joinLines(CurveModel(curve, caption).lines()));
+        if (editCurve)
+            editCurve(curve);
+        return answer;
+    }
+    icViewerResult xyzViewer(std::string_view caption, iccXYZType& xyz) override {
+        record("viewer xyz", caption, joinLines(XyzModel(xyz, caption).lines()));
+        if (editXYZ)
+            editXYZ(xyz);
+        return answer;
+    }
+    icViewerResult lutViewer(std::string_view caption, iccLut8Type* lut8, iccLut16Type* lut16,
+                             icSignature outputSpace) override {
+        LutModel model(lut8, lut16, outputSpace);
+        lutOutputSpace = outputSpace;
+        record("viewer lut", caption, joinLines(model.lines()));
+        if (editLut)
+            editLut(model);
+        return answer;
+    }
+    icViewerResult mlutViewer(std::string_view caption, iccMlutType& lut) override {
+        record("viewer mlut", caption, joinLines(MlutModel(lut).lines()));
+        if (editMlut)
+            editMlut(lut);
+        return answer;
+    }
+    icViewerResult namedColorViewer(std::string_view caption, const icNamedColor2& colors,
+                                    icSignature pcs) override {
+        record("viewer namedcolor", caption, joinLines(NamedColorModel(colors, pcs).lines()));
+        return answer;
+    }
+    icViewerResult mlucViewer(std::string_view caption,
+                              const iccMultiLocalizedUnicodeType& strings) override {
+        record("viewer mluc", caption, joinLines(MlucModel(strings).lines()));
+        return answer;
+    }
+
+private:
+    void record(std::string kind, std::string_view caption, std::string text) {
+        shown.push_back({std::move(kind), std::string(caption), std::move(text)});
+    }
+};
+
+// ---- tag bytes ------------------------------------------------------------------------------
+
+// The type signature, four zero bytes, then 32-bit words.
+inline Bytes wordTag(icSignature type, std::initializer_list<std::uint32_t> words) {
+    Bytes bytes = tagBytes(type);
+    iccWriter w(bytes);
+    for (std::uint32_t v : words)
+        w.u32(v);
+    return bytes;
+}
+
+inline std::uint32_t fixed(double v) {
+    return static_cast<std::uint32_t>(doubleToS15Fixed16(v));
+}
+
+inline Bytes curvTag(std::initializer_list<std::uint16_t> entries) {
+    Bytes bytes = wordTag(icSig("curv"), {static_cast<std::uint32_t>(entries.size())});
+    iccWriter w(bytes);
+    for (std::uint16_t e : entries)
+        w.u16(e);
+    return bytes;
+}
+
+inline Bytes xyzTag(double x, double y, double z) {
+    return wordTag(icSig("XYZ "), {fixed(x), fixed(y), fixed(z)});
+}
+
+template <class Tag> Bytes rawOf(Tag& tag) {
+    const auto data = tag.getData();
+    return Bytes(data.begin(), data.end());
+}
+
+inline Bytes mlucTag(const std::string& text) {
+    iccMultiLocalizedUnicodeType mluc;
+    EXPECT_EQ(mluc.setFromAscii(text), icOk);
+    return rawOf(mluc);
+}
+
+inline Bytes descTag(const std::string& text) {
+    iccTextDescriptionType desc;
+    EXPECT_EQ(desc.setFromAscii(text), icOk);
+    return rawOf(desc);
+}
+
+// 'mAB ' with one input and one output: B curve, a 2-point 16-bit CLUT and an A curve.
+inline Bytes mabTag() {
+    Bytes bytes = wordTag(icSig("mAB "), {0x01010000, 32, 0, 0, 44, 80});
+    const Bytes identity = curvTag({});
+    const Bytes clut = {2, 0, 0, 0, 0, 0, 0, 0, 0,    0, 0,    0,
+                        0, 0, 0, 0, 2, 0, 0, 0, 0x80, 0, 0xFF, 0xFF};
+    bytes.insert(bytes.end(), identity.begin(), identity.end());
+    bytes.insert(bytes.end(), clut.begin(), clut.end());
+    bytes.insert(bytes.end(), {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    bytes.insert(bytes.end(), identity.begin(), identity.end());
+    return bytes;
+}
+
+// A profile of the builder's header with one tag per entry, loaded.
+inline std::unique_ptr<iccProfileRW> loadProfile(const ProfileBuilder& builder) {
+    auto profile = std::make_unique<iccProfileRW>();
+    EXPECT_EQ(profile->loadFromMemory(builder.build()), icOk);
+    return profile;
+}
+
+inline ProfileBuilder versionedBuilder(bool v4) {
+    ProfileBuilder builder;
+    builder.header.version = v4 ? 0x04300000 : 0x02100000;
+    return builder;
+}
+
+// Shows tag `index` of a one-tag (or more) profile and returns what was shown.
+struct ShowResult {
+    icStatus status;
+    std::vector<Shown> shown;
+};
+
+inline ShowResult showOne(icSignature sig, const Bytes& bytes, bool v4 = false) {
+    auto profile = loadProfile(versionedBuilder(v4).tag(sig, bytes));
+    RecordingPresenter presenter;
+    const icStatus s = showTag(presenter, *profile, 0);
+    return {s, presenter.shown};
+}

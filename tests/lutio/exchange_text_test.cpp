@@ -1,0 +1,107 @@
+// The exchange files' numbers and lines against the C library they replace: printf's "%u" and
+// "%f", strtod, and fgets with a 1024-byte buffer.
+#include "lutio/exchange_text.h"
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cfloat>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+
+namespace {
+
+std::string printed(const char* format, double v) {
+    char buffer[512];
+    std::snprintf(buffer, sizeof buffer, format, v);
+    return buffer;
+}
+
+TEST(ExchangeText, NumbersPrintAsPrintfDoes) {
+    std::vector<double> values = {0.0,       -0.0,     0.0000005, -0.0000005, 0.0000015,
+                                  0.0000025, 0.5,      2.5,       -2.5,       1.0 / 3,
+                                  1e22,      1e300,    DBL_MAX,   -DBL_MAX,   DBL_MIN,
+                                  4.9e-324,  INFINITY, -INFINITY, NAN,        -NAN};
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 100000; ++i) {
+        // Every s15Fixed16Number a matrix or parameter can hold, and doubles of any bit pattern.
+        values.push_back(static_cast<std::int32_t>(random()) / 65536.0);
+        values.push_back(std::bit_cast<double>(random()));
+        values.push_back(std::ldexp(static_cast<double>(random() % 2000001) - 1000000, -21));
+    }
+    for (double v : values) {
+        if (std::isnan(v))
+            continue; // the sign printf gives a NaN is its own business; checked below
+        ASSERT_EQ(icTextOut().f(v).str(), printed("%f", v)) << std::hexfloat << v;
+    }
+    EXPECT_EQ(icTextOut().f(NAN).str(), printed("%f", NAN));
+
+    for (std::uint64_t v : {std::uint64_t(0), std::uint64_t(9), std::uint64_t(65535),
+                            std::uint64_t(UINT32_MAX), std::uint64_t(UINT64_MAX)}) {
+        char buffer[32];
+        std::snprintf(buffer, sizeof buffer, "%llu", static_cast<unsigned long long>(v));
+        EXPECT_EQ(icTextOut().u(v).str(), buffer);
+    }
+    EXPECT_EQ(icTextOut().d(-128).str(), "-128");
+}
+
+TEST(ExchangeText, NumbersReadAsScanfDoes) {
+    std::mt19937_64 random(11);
+    for (int i = 0; i < 20000; ++i) {
+        const double v = std::bit_cast<double>(random());
+        if (!std::isfinite(v))
+            continue;
+        for (const char* format : {"%f", "%.17g", "%e"}) {
+            const std::string text = "  " + printed(format, v) + " next";
+            std::string_view in = text;
+            double read = 0;
+            ASSERT_TRUE(scanDouble(in, read)) << text;
+            EXPECT_EQ(read, std::strtod(text.c_str(), nullptr)) << text;
+            EXPECT_EQ(in, " next");
+        }
+    }
+    std::string_view in = "+7 12abc -5 4294967296 \n\t";
+    std::uint32_t u = 0;
+    std::uint64_t wide = 0;
+    double d = 0;
+    std::string_view word;
+    EXPECT_TRUE(scanU32(in, u) && u == 7);
+    EXPECT_TRUE(scanU32(in, u) && u == 12);
+    EXPECT_FALSE(scanU32(in, u)); // "abc"
+    EXPECT_TRUE(scanWord(in, word) && word == "abc");
+    EXPECT_FALSE(scanU32(in, u)); // unsigned numbers take no minus
+    EXPECT_TRUE(scanDouble(in, d) && d == -5);
+    EXPECT_FALSE(scanU32(in, u)); // beyond 32 bits
+    EXPECT_TRUE(scanU64(in, wide) && wide == 4294967296u);
+    EXPECT_FALSE(scanWord(in, word));
+}
+
+TEST(ExchangeText, LinesSplitAsFgetsSplitsThem) {
+    std::mt19937 random(3);
+    std::string text;
+    for (int i = 0; i < 300; ++i) {
+        text.append(random() % 2500, static_cast<char>('a' + i % 26));
+        if (random() % 5 != 0)
+            text += '\n';
+    }
+    text += "last line without a line feed";
+    const auto path = scratchDir() / "lines.txt";
+    writeBytes(path, Bytes(text.begin(), text.end()));
+
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    ASSERT_NE(file, nullptr);
+    icTextIn in(text);
+    char buffer[1024];
+    while (std::fgets(buffer, sizeof buffer, file)) {
+        const auto line = in.line();
+        ASSERT_TRUE(line);
+        ASSERT_EQ(*line, buffer);
+    }
+    std::fclose(file);
+    EXPECT_FALSE(in.line());
+}
+
+} // namespace

@@ -1,0 +1,388 @@
+// Export and import end to end through veltrino-cli: every lookup table and curve of the
+// installed profiles, and version-4 tables written by Little CMS, come back as they were except
+// where a rule of the exchange files forbids it; a second round changes nothing the rules do not
+// change again; a hand-edited folder changes exactly what was edited; Little CMS still reads
+// every saved profile.
+#include "lutio_testing.h"
+#include "profile/profile.h"
+#include "tagtypes/curve_type.h"
+#include "tagtypes/lut16_type.h"
+#include "tagtypes/lut_atob_type.h"
+
+#include <gtest/gtest.h>
+#include <lcms2.h>
+
+#include <algorithm>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool isLut(icSignature type) {
+    return type == icSig("mft1") || type == icSig("mft2") || type == icSig("mAB ") ||
+           type == icSig("mBA ");
+}
+bool isCurve(icSignature type) {
+    return type == icSig("curv") || type == icSig("para");
+}
+
+// What an export and an import make of a lut8/lut16 or curve encoding, by the rules that keep it
+// from coming back byte for byte:
+// - reserved and padding bytes are written as zero, and a curve's size no longer counts the
+//   padding after it;
+// - a negative s15Fixed16 value moves one unit toward zero each time it is encoded from a double
+//   ("add 0.5 and truncate toward zero"): once when its text, written with six decimals, is read
+//   back, and for a 'para' parameter once more each time the window's write-back re-encodes the
+//   curve from its doubles (iccParametricCurveType::rebuild): once for a curve tag, twice inside
+//   a lutAToB/lutBToA (whose rebuild rebuilds each curve and then asks it for its bytes).
+constexpr std::int32_t kParaEncodingsOfCurveTag = 2;
+constexpr std::int32_t kParaEncodingsInMlut = 3;
+
+Bytes afterRoundTrip(Bytes b, icSignature type, std::int32_t paraEncodings) {
+    const auto zero = [&b](std::size_t from, std::size_t to) {
+        std::fill(b.begin() + from, b.begin() + to, 0);
+    };
+    const auto towardZero = [&b](std::size_t at, std::int32_t units) {
+        const auto v = static_cast<std::int32_t>(loadBE32(&b[at]));
+        if (v < 0)
+            storeBE32(&b[at], static_cast<std::uint32_t>(std::min(v + units, 0)));
+    };
+    zero(4, 8);
+    if (type == icSig("curv")) {
+        b.resize(12 + 2 * std::size_t(loadBE32(&b[8])));
+    } else if (type == icSig("para")) {
+        const std::size_t n =
+            std::max(iccParametricCurveType::parameterCountFor(loadBE16(&b[8])), 0);
+        b.resize(12 + 4 * n);
+        zero(10, 12);
+        for (std::size_t i = 0; i < n; ++i)
+            towardZero(12 + 4 * i, paraEncodings);
+    } else {
+        zero(11, 12);
+        for (std::size_t i = 0; i < 9; ++i)
+            towardZero(12 + 4 * i, 1);
+    }
+    return b;
+}
+
+// The decoded fields of an 'mAB '/'mBA ' that an export and import must keep, after the same
+// rules (the offsets are not among them: the window's write-back lays the elements out again).
+struct MlutFields {
+    std::uint32_t inputs = 0, outputs = 0;
+    std::vector<Bytes> curves;
+    std::vector<std::int32_t> matrix;
+    Bytes clut;
+    friend bool operator==(const MlutFields&, const MlutFields&) = default;
+};
+
+void PrintTo(const MlutFields& f, std::ostream* os) {
+    *os << f.inputs << " in, " << f.outputs << " out, curves";
+    for (const Bytes& curve : f.curves)
+        *os << " " << testing::PrintToString(curve);
+    *os << ", matrix " << testing::PrintToString(f.matrix) << ", CLUT of " << f.clut.size();
+}
+
+MlutFields fieldsOf(iccMlutType& tag, bool rounded) {
+    MlutFields f{tag.inputChannels, tag.outputChannels, {}, {}, {}};
+    for (auto* set : {&tag.bCurves, &tag.mCurves, &tag.aCurves}) {
+        if (!*set)
+            continue;
+        for (auto& curve : **set) {
+            const Bytes bytes = bytesOf(curve);
+            f.curves.push_back(
+                rounded ? afterRoundTrip(bytes, curve.signature(), kParaEncodingsInMlut) : bytes);
+        }
+    }
+    if (tag.matrix)
+        for (std::int32_t v : *tag.matrix)
+            f.matrix.push_back(rounded && v < 0 ? v + 1 : v);
+    if (tag.clut)
+        f.clut.assign(tag.clut->encoded().begin(), tag.clut->encoded().end());
+    return f;
+}
+
+Bytes tagOf(const fs::path& profile, int index) {
+    iccProfileRW p;
+    EXPECT_FALSE(icFailed(p.loadFromFile(profile.string()))) << profile;
+    const auto bytes = p.getTagData(index);
+    return Bytes(bytes.begin(), bytes.end());
+}
+
+template <class Tag> bool loads(const fs::path& profile, int index, Tag& tag) {
+    iccProfileRW p;
+    return !icFailed(p.loadFromFile(profile.string())) && tag.loadByIndex(index, p) == icOk;
+}
+
+// Every tag Little CMS could read in the original, it reads in the saved profile.
+void expectLittleCmsReadsAsBefore(const fs::path& original, const fs::path& saved) {
+    cmsHPROFILE before = cmsOpenProfileFromFile(original.c_str(), "r");
+    cmsHPROFILE after = cmsOpenProfileFromFile(saved.c_str(), "r");
+    ASSERT_NE(after, nullptr) << saved;
+    for (cmsInt32Number i = 0; before && i < cmsGetTagCount(before); ++i) {
+        const cmsTagSignature sig = cmsGetTagSignature(before, static_cast<cmsUInt32Number>(i));
+        if (cmsReadTag(before, sig) != nullptr) {
+            EXPECT_NE(cmsReadTag(after, sig), nullptr) << saved << " " << sigToText(sig);
+        }
+    }
+    if (before)
+        cmsCloseProfile(before);
+    cmsCloseProfile(after);
+}
+
+std::string block(const std::string& text) {
+    return "--- info | Veltrino\n" + text + "\n";
+}
+
+// export, then import into `saved`; returns the import's result.
+CliResult exchange(const fs::path& profile, const std::string& tag, const fs::path& path,
+                   const fs::path& saved) {
+    const CliResult exported = runCli({"export", profile.string(), tag, path.string()});
+    EXPECT_EQ(exported.exitCode, 0) << exported.out << exported.err;
+    return runCli({"import", profile.string(), tag, path.string(), saved.string()});
+}
+
+class ExchangeRoundTrip : public testing::TestWithParam<fs::path> {};
+
+TEST_P(ExchangeRoundTrip, EveryTableAndCurveComesBack) {
+    const fs::path profile = GetParam();
+    iccProfileRW original;
+    ASSERT_FALSE(icFailed(original.loadFromFile(profile.string())));
+    const fs::path dir = scratchDir() / ("round-trip-" + profile.stem().string());
+    fs::create_directories(dir);
+    for (int index = 0; index < original.tagCount(); ++index) {
+        const icSignature type = original.getTagTypeSignature(index);
+        if (!isLut(type) && !isCurve(type))
+            continue;
+        const std::string tag = std::to_string(index);
+        SCOPED_TRACE(tag + " " + sigToText(original.getEntry(index)->sig));
+        const fs::path path = dir / (tag + (isCurve(type) ? ".txt" : ""));
+        const Bytes bytes = tagOf(profile, index);
+
+        if (type == icSig("mBA ") || type == icSig("mAB ")) {
+            // Only colord's malformed 'mBA ' tags are installed: they do not decode, so there is
+            // nothing to export.
+            iccLutBToAType table;
+            ASSERT_FALSE(loads(profile, index, table));
+            EXPECT_EQ(runCli({"export", profile.string(), tag, path.string()}).exitCode, 1);
+            continue;
+        }
+        const fs::path saved = dir / (tag + "-1.icc");
+        const CliResult imported = exchange(profile, tag, path, saved);
+        iccLut16Type lut16;
+        iccLut8Type lut8;
+        const bool sizesDiffer =
+            (loads(profile, index, lut16) && lut16.encodedSize() != bytes.size()) ||
+            (loads(profile, index, lut8) && lut8.encodedSize() != bytes.size());
+        if (sizesDiffer) {
+            // The directory counts padding after the tables: the folder's Tag_Bytes is not the
+            // size of the table its dimensions give, and the import refuses it.
+            EXPECT_EQ(imported.exitCode, 1);
+            EXPECT_EQ(imported.out, block("Error: Tag signatures are mismatched or the tag sizes "
+                                          "are different."));
+            EXPECT_FALSE(fs::exists(saved));
+            continue;
+        }
+        ASSERT_EQ(imported.exitCode, 0) << imported.out << imported.err;
+        if (isLut(type)) {
+            EXPECT_EQ(imported.out.find(block("Successfully import a Lut" +
+                                              std::string(type == icSig("mft1") ? "8" : "16") +
+                                              " tag from folder:" + path.string())),
+                      0u)
+                << imported.out;
+        }
+        const Bytes first = tagOf(saved, index);
+        EXPECT_EQ(first, afterRoundTrip(bytes, type, kParaEncodingsOfCurveTag));
+        expectLittleCmsReadsAsBefore(profile, saved);
+
+        const fs::path again = dir / (tag + "-2.icc");
+        ASSERT_EQ(
+            exchange(saved, tag, dir / (tag + "-2" + path.extension().string()), again).exitCode,
+            0);
+        EXPECT_EQ(tagOf(again, index), afterRoundTrip(first, type, kParaEncodingsOfCurveTag));
+    }
+}
+
+std::vector<fs::path> profilesWithExchangeTags() {
+    std::vector<fs::path> found;
+    for (const fs::path& path : installedProfiles()) {
+        iccProfileRW p;
+        if (icFailed(p.loadFromFile(path.string())))
+            continue;
+        for (int i = 0; i < p.tagCount(); ++i)
+            if (isLut(p.getTagTypeSignature(i)) || isCurve(p.getTagTypeSignature(i))) {
+                found.push_back(path);
+                break;
+            }
+    }
+    return found;
+}
+
+INSTANTIATE_TEST_SUITE_P(Installed, ExchangeRoundTrip,
+                         testing::ValuesIn(profilesWithExchangeTags()), [](const auto& info) {
+                             std::string name =
+                                 std::to_string(info.index) + "_" + info.param.stem().string();
+                             for (char& c : name)
+                                 if (!std::isalnum(static_cast<unsigned char>(c)))
+                                     c = '_';
+                             return name;
+                         });
+
+// A version-4 output profile whose AToB0 and BToA0 Little CMS writes as 'mAB ' and 'mBA ', with
+// every element, parametric curves with a negative parameter and matrices with negative values,
+// a 16-bit and an 8-bit CLUT, in Little CMS's own layout (A curves first).
+fs::path littleCmsTables(const fs::path& path) {
+    cmsHPROFILE h = cmsCreateProfilePlaceholder(nullptr);
+    cmsSetProfileVersion(h, 4.3);
+    cmsSetDeviceClass(h, cmsSigOutputClass);
+    cmsSetColorSpace(h, cmsSigRgbData);
+    cmsSetPCS(h, cmsSigLabData);
+    const cmsFloat64Number para[] = {2.2, 1.1, -0.1};
+    cmsToneCurve* bent = cmsBuildParametricToneCurve(nullptr, 2, para);
+    cmsToneCurve* gamma = cmsBuildGamma(nullptr, 1.8);
+    std::vector<cmsUInt16Number> samples(17);
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = static_cast<cmsUInt16Number>(i * i * 240);
+    cmsToneCurve* table = cmsBuildTabulatedToneCurve16(nullptr, 17, samples.data());
+    std::vector<cmsUInt16Number> clut(5 * 5 * 5 * 3);
+    for (std::size_t i = 0; i < clut.size(); ++i)
+        clut[i] = static_cast<cmsUInt16Number>(i * 173 % 65536);
+    const cmsFloat64Number matrix[] = {0.9, -0.05, 0.15, 0.2, 0.7, -0.3, 0, 0.1, 1.2};
+    const cmsFloat64Number offset[] = {-0.01, 0.02, 0};
+    cmsToneCurve* bents[] = {bent, bent, bent};
+    cmsToneCurve* gammas[] = {gamma, gamma, gamma};
+    cmsToneCurve* tables[] = {table, gamma, bent};
+
+    cmsPipeline* aToB = cmsPipelineAlloc(nullptr, 3, 3);
+    cmsPipelineInsertStage(aToB, cmsAT_END, cmsStageAllocToneCurves(nullptr, 3, bents));
+    cmsPipelineInsertStage(aToB, cmsAT_END, cmsStageAllocCLut16bit(nullptr, 5, 3, 3, clut.data()));
+    cmsPipelineInsertStage(aToB, cmsAT_END, cmsStageAllocToneCurves(nullptr, 3, tables));
+    cmsPipelineInsertStage(aToB, cmsAT_END, cmsStageAllocMatrix(nullptr, 3, 3, matrix, offset));
+    cmsPipelineInsertStage(aToB, cmsAT_END, cmsStageAllocToneCurves(nullptr, 3, gammas));
+    cmsPipeline* bToA = cmsPipelineAlloc(nullptr, 3, 3);
+    cmsPipelineInsertStage(bToA, cmsAT_END, cmsStageAllocToneCurves(nullptr, 3, tables));
+    cmsPipelineInsertStage(bToA, cmsAT_END, cmsStageAllocMatrix(nullptr, 3, 3, matrix, offset));
+    cmsPipelineInsertStage(bToA, cmsAT_END, cmsStageAllocToneCurves(nullptr, 3, bents));
+    cmsPipelineInsertStage(bToA, cmsAT_END, cmsStageAllocCLut16bit(nullptr, 5, 3, 3, clut.data()));
+    cmsPipelineInsertStage(bToA, cmsAT_END, cmsStageAllocToneCurves(nullptr, 3, gammas));
+    cmsPipelineSetSaveAs8bitsFlag(bToA, TRUE);
+    EXPECT_TRUE(cmsWriteTag(h, cmsSigAToB0Tag, aToB));
+    EXPECT_TRUE(cmsWriteTag(h, cmsSigBToA0Tag, bToA));
+    EXPECT_TRUE(cmsSaveProfileToFile(h, path.c_str()));
+    cmsPipelineFree(aToB);
+    cmsPipelineFree(bToA);
+    for (cmsToneCurve* curve : {bent, gamma, table})
+        cmsFreeToneCurve(curve);
+    cmsCloseProfile(h);
+    return path;
+}
+
+TEST(ExchangeRoundTrip, VersionFourTablesOfLittleCms) {
+    const fs::path dir = makeFolder("round-trip-v4");
+    const fs::path profile = littleCmsTables(dir / "tables.icc");
+    iccProfileRW p;
+    ASSERT_EQ(p.loadFromFile(profile.string()), icOk);
+    for (const char* tag : {"A2B0", "B2A0"}) {
+        SCOPED_TRACE(tag);
+        const int index = p.findTag(textToSig(tag));
+        iccMlutType original;
+        ASSERT_EQ(original.setData(p.getTagData(index)), icOk);
+        if (tag == std::string("A2B0")) { // not the layout our own write-back gives it
+            ASSERT_LT(original.offsetA, original.offsetB);
+        }
+
+        std::vector<fs::path> saved = {profile};
+        for (int round = 1; round <= 2; ++round) {
+            const fs::path folder = dir / (tag + std::to_string(round));
+            saved.push_back(dir / (tag + std::to_string(round) + ".icc"));
+            const CliResult imported = exchange(saved[round - 1], tag, folder, saved[round]);
+            ASSERT_EQ(imported.exitCode, 0) << imported.out << imported.err;
+            EXPECT_EQ(
+                imported.out.find(block("Successfully import MLUT from folder:" + folder.string())),
+                0u);
+            iccProfileRW previous, next;
+            ASSERT_EQ(previous.loadFromFile(saved[round - 1].string()), icOk);
+            ASSERT_EQ(next.loadFromFile(saved[round].string()), icOk);
+            iccMlutType beforeTag, afterTag;
+            ASSERT_EQ(beforeTag.setData(previous.getTagData(index)), icOk);
+            ASSERT_EQ(afterTag.setData(next.getTagData(index)), icOk);
+            EXPECT_EQ(fieldsOf(afterTag, false), fieldsOf(beforeTag, true));
+            expectLittleCmsReadsAsBefore(profile, saved[round]);
+        }
+    }
+}
+
+// One CLUT value and one matrix element edited by hand change those and nothing else.
+TEST(ExchangeRoundTrip, HandEditedFolderChangesWhatWasEdited) {
+    const fs::path dir = makeFolder("hand-edit");
+    const fs::path lab = "/usr/share/color/icc/LCMSLABI.ICM";
+    const fs::path tables = littleCmsTables(dir / "tables.icc");
+    for (const auto& [profile, tag] : {std::pair{lab, "A2B0"}, std::pair{tables, "A2B0"}}) {
+        SCOPED_TRACE(profile.string());
+        const fs::path folder = dir / ("folder-" + profile.stem().string());
+        ASSERT_EQ(runCli({"export", profile.string(), tag, folder.string()}).exitCode, 0);
+        std::string clut = readText(folder / "clut.txt");
+        const std::size_t line = clut.find("\n100 ") + 5;
+        const std::size_t value = clut.find(' ', line);
+        clut.replace(line, value - line, "12345");
+        writeText(folder / "clut.txt", clut);
+        std::string matrix = readText(folder / "matrix.txt");
+        const std::size_t row = matrix.find("\n4 ") + 1;
+        matrix.replace(row, matrix.find('\n', row) - row, "4 0.5");
+        writeText(folder / "matrix.txt", matrix);
+        const fs::path saved = dir / ("edited-" + profile.stem().string() + ".icc");
+        ASSERT_EQ(
+            runCli({"import", profile.string(), tag, folder.string(), saved.string()}).exitCode, 0);
+
+        iccProfileRW before, after;
+        ASSERT_FALSE(icFailed(before.loadFromFile(profile.string())));
+        ASSERT_EQ(after.loadFromFile(saved.string()), icOk);
+        const int index = before.findTag(textToSig(tag));
+        if (profile == lab) {
+            iccLut16Type was, now;
+            ASSERT_EQ(was.loadByIndex(index, before), icOk);
+            ASSERT_EQ(now.loadByIndex(after.findTag(textToSig(tag)), after), icOk);
+            was.clut[100 * was.outputChannels()] = 12345;
+            was.matrix[4] = 32768;
+            EXPECT_EQ(now.clut, was.clut);
+            EXPECT_EQ(now.matrix, was.matrix);
+            EXPECT_EQ(now.inputTables, was.inputTables);
+            EXPECT_EQ(now.outputTables, was.outputTables);
+        } else {
+            iccMlutType was, now;
+            ASSERT_EQ(was.setData(before.getTagData(index)), icOk);
+            ASSERT_EQ(now.setData(after.getTagData(after.findTag(textToSig(tag)))), icOk);
+            MlutFields expected = fieldsOf(was, true);
+            storeBE16(&expected.clut[20 + 2 * 100 * 3], 12345);
+            expected.matrix[4] = 32768;
+            EXPECT_EQ(fieldsOf(now, false), expected);
+        }
+    }
+}
+
+// Curve tags built here: a 'curv' of more than 4096 entries exports, but its file is refused on
+// import; a 'para' with a negative parameter comes back moved toward zero.
+TEST(ExchangeRoundTrip, BuiltCurveTags) {
+    std::vector<std::uint16_t> values(5000, 7);
+    iccCurveType curve;
+    ASSERT_EQ(curve.build(5000, values), icOk);
+    iccParametricCurveType para;
+    ASSERT_EQ(para.build(1, 3, std::vector<double>{2.2, 1.1, -0.1}), icOk);
+    const Bytes paraBytes(para.raw().begin(), para.raw().end());
+    ProfileBuilder builder;
+    builder.tag(icSig("desc"), textTag("curves"))
+        .tag(icSig("kTRC"), Bytes(curve.raw().begin(), curve.raw().end()))
+        .tag(icSig("rTRC"), paraBytes);
+    const fs::path dir = makeFolder("built-curves");
+    writeBytes(dir / "curves.icc", builder.build());
+
+    const CliResult refused = exchange(dir / "curves.icc", "kTRC", dir / "k.txt", dir / "k.icc");
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(refused.out, block("Error in saving file!"));
+    EXPECT_FALSE(fs::exists(dir / "k.icc"));
+
+    ASSERT_EQ(exchange(dir / "curves.icc", "rTRC", dir / "r.txt", dir / "r.icc").exitCode, 0);
+    EXPECT_EQ(tagOf(dir / "r.icc", 2),
+              afterRoundTrip(paraBytes, icSig("para"), kParaEncodingsOfCurveTag));
+}
+
+} // namespace

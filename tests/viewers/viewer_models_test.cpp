@@ -1,0 +1,231 @@
+// The viewers' texts and rules without widgets: curve labels, chromaticity and display colour,
+// the lut8/lut16 and lutAToB pages, named colours and localized strings.
+#include "catalogue/catalogue_testing.h"
+
+namespace {
+
+iccCurveElement parametric(std::uint16_t type, std::vector<double> values) {
+    iccCurveElement curve;
+    (void)curve.buildParametric(type, static_cast<std::int32_t>(values.size()), values);
+    return curve;
+}
+
+TEST(CurveModel, Labels) {
+    iccCurveElement curve;
+    ASSERT_EQ(curve.create(icSig("curv")), icOk);
+    ASSERT_EQ(curve.curve()->setData(curvTag({})), icOk);
+    EXPECT_EQ(curveLabel(curve), "Identity");
+    ASSERT_EQ(curve.curve()->setData(curvTag({0x0233})), icOk);
+    EXPECT_EQ(curveLabel(curve), "gamma= 2.2");
+    ASSERT_EQ(curve.buildCurve(1024), icOk);
+    EXPECT_EQ(curveLabel(curve), "1024 points");
+
+    EXPECT_EQ(curveLabel(parametric(0, {2.4})), "gamma=2.4");
+    EXPECT_EQ(curveLabel(parametric(1, {2.4, 1, 0.5})), "gamma=2.4; a=1; b=0.5");
+    EXPECT_EQ(curveLabel(parametric(3, {2.4, 0.5, 0.25, 0.125, 0.0625})),
+              "gamma=2.4;a=0.5;b=0.25;c=0.125;d=0.0625");
+    EXPECT_EQ(curveLabel(parametric(5, {1})), "Curve Type #5 not supported.\n");
+    EXPECT_EQ(curveLabel(iccCurveElement()), "No data");
+
+    std::vector<iccCurveElement> set;
+    set.push_back(parametric(0, {1.8}));
+    set.push_back(parametric(0, {2.2}));
+    EXPECT_EQ(curvePlotLabels(set), (std::vector<std::string>{"#0: gamma=1.8", "#1: gamma=2.2"}));
+    EXPECT_EQ(CurveModel(curve, std::string(70, 'c')).title().size(), 63u);
+    EXPECT_EQ(CurveModel(curve, "").title(), "Curve Tag");
+}
+
+TEST(XyzModel, ChromaticityColourAndPlot) {
+    EXPECT_EQ(XyzModel(0, 0, 0).lines(),
+              (std::vector<std::string>{"X: 0.00000", "Y: 0.00000", "Z: 0.00000", "x: 0.333300",
+                                        "y: 0.333300"}));
+    const XyzModel d50(0.9642, 1.0, 0.8249, "MediaWhitePoint Tag");
+    EXPECT_EQ(d50.lines()[3], "x: 0.345703");
+    EXPECT_EQ(d50.lines()[4], "y: 0.358539");
+    // The raw colour of D50 is a little above 255 in every channel, so all three are scaled.
+    const icRgb8 white = d50.displayColor();
+    EXPECT_GE(white.r, 254);
+    EXPECT_EQ(white.g, 254);
+    EXPECT_EQ(white.b, 254);
+    EXPECT_EQ(displayColor(0.1, 0.1, 0.1), (icRgb8{26, 24, 32}));
+    EXPECT_EQ(displayColor(0, 0, 0.01), (icRgb8{0, 0, 3}));
+
+    const ChromaticityMapping mapping(300, 200);
+    EXPECT_DOUBLE_EQ(mapping.map({0.5, 0.25}).x, 170);
+    EXPECT_DOUBLE_EQ(mapping.map({0.5, 0.25}).y, 150);
+    const auto triangle = mapping.srgbTriangle();
+    EXPECT_DOUBLE_EQ(triangle[0].x, triangle[3].x);
+    EXPECT_NEAR(srgbPrimaries()[0].x, 0.6484, 1e-4);
+    EXPECT_DOUBLE_EQ(kSpectralLocus[36].xy.x, kSpectralLocus[0].xy.x);
+    EXPECT_EQ(XyzModel(1, 1, 1, std::string(64, 't')).title().size(), 63u);
+}
+
+TEST(LutModel, InfoPageAndNodeTexts) {
+    iccLut8Type lut8;
+    ASSERT_EQ(lut8.initialize(2, 3, 2), icOk);
+    std::vector<std::uint8_t> clut(12, 0);
+    clut[9] = 255, clut[10] = 128, clut[11] = 7; // node (1, 1)
+    ASSERT_EQ(lut8.setClut(clut), icOk);
+    LutModel lab(&lut8, nullptr, icSig("Lab "));
+    EXPECT_EQ(lab.lines(), (std::vector<std::string>{
+                               "LUT Type: 8-bit LUT", "Input Channels: 2", "Input Entries: 256",
+                               "Output Channels: 3", "Output Entries: 256", "CLUT Points: 2",
+                               "Matrix:", "1.000000 0.000000 0.000000",
+                               "0.000000 1.000000 0.000000", "0.000000 0.000000 1.000000"}));
+    EXPECT_EQ(lab.highestNodeText(), "1");
+    ASSERT_EQ(lab.scroll(0, icScrollRequest::pageForward), icOk);
+    ASSERT_EQ(lab.scroll(1, icScrollRequest::lineForward), icOk);
+    ASSERT_EQ(lab.scroll(1, icScrollRequest::lineForward), icOk);
+    EXPECT_EQ(lab.nodeIndexText(1), "1");
+    EXPECT_EQ(lab.scroll(2, icScrollRequest::lineForward), icErrInvalidArg);
+    const auto values = lab.nodeValues();
+    ASSERT_EQ(values.size(), 3u);
+    EXPECT_EQ(values[0].value, "255");
+    EXPECT_EQ(values[0].second, "(100x2.55)");
+    EXPECT_EQ(values[1].second, "(0+128)");
+    EXPECT_EQ(values[2].second, "(-121+128)");
+    EXPECT_EQ(LutModel(&lut8, nullptr, icSig("RGB ")).nodeValues()[0].second, "");
+
+    iccLut16Type lut16;
+    ASSERT_EQ(lut16.initialize(1, 4, 15, 2, 2), icOk);
+    ASSERT_EQ(lut16.setClut(std::vector<std::uint16_t>(30, 65535)), icOk);
+    LutModel rgb(nullptr, &lut16, icSig("RGB "));
+    EXPECT_EQ(rgb.lines()[2], "Input Entries: 4");
+    EXPECT_EQ(rgb.nodeValues()[0].value, "65535");
+    EXPECT_EQ(rgb.nodeValues()[0].second, "(255)");
+    EXPECT_EQ(rgb.visibleOutputs(), 12u);
+    EXPECT_EQ(rgb.clutPageWarning(), kLutTooManyChannels);
+    EXPECT_EQ(LutModel(nullptr, &lut16, icSig("Lab ")).nodeValues()[0].second, "(100x2.55)");
+    EXPECT_FALSE(lab.clutPageWarning());
+}
+
+TEST(MlutModel, PagesAndNodes) {
+    iccLutAToBType tag;
+    ASSERT_EQ(tag.setData(Bytes(mabTag())), icOk);
+    MlutModel model(tag);
+    EXPECT_EQ(model.lines().size(), 8u + 12);
+    EXPECT_EQ(model.lines()[6], "Mulitdimensional LUT: 44 / 0X2C");
+    EXPECT_EQ(model.lines()[19], "e12 N/A");
+    EXPECT_EQ(model.precisionText(), "16-bit/channel");
+    EXPECT_EQ(model.nodeValues(), std::vector<std::string>{"32768 (128)"});
+    ASSERT_EQ(model.scroll(0, icScrollRequest::pageForward), icOk);
+    EXPECT_EQ(model.nodeValues(), std::vector<std::string>{"65535 (255)"});
+    EXPECT_EQ(model.curves(icMlutCurves::a).size(), 1u);
+    EXPECT_TRUE(model.curves(icMlutCurves::m).empty());
+
+    // Grid 9, 17, 17: every bar runs to 8, the labels show each channel's own end.
+    iccMlutType grid;
+    ASSERT_EQ(grid.createLayout(iccMlutType::kBToA, 3, 1, {true, true, true, true, true}), icOk);
+    const std::uint8_t points[] = {9, 17, 17};
+    ASSERT_EQ(grid.clut->init(3, 1, 1, points), icOk);
+    MlutModel walk(grid);
+    EXPECT_EQ(walk.lines()[0].substr(0, 12), "lutBToAType:");
+    EXPECT_EQ(walk.lines()[8], "e1 1");
+    EXPECT_EQ(walk.scrollMaximum(), 8);
+    EXPECT_EQ(walk.rangeLabel(1), "16");
+    ASSERT_EQ(walk.scroll(0, icScrollRequest::thumbTrack, 1), icOk);
+    ASSERT_EQ(walk.scroll(1, icScrollRequest::thumbPosition, 2), icOk);
+    ASSERT_EQ(walk.scroll(2, icScrollRequest::pageForward), icOk);
+    ASSERT_EQ(walk.scroll(2, icScrollRequest::lineForward), icOk);
+    EXPECT_EQ(walk.nodeNumber(), 1u * 17 * 17 + 2 * 17 + 3);
+    for (int i = 0; i < 10; ++i)
+        ASSERT_EQ(walk.scroll(0, icScrollRequest::lineForward), icOk);
+    EXPECT_EQ(walk.nodeIndex(0), 8u);
+    EXPECT_EQ(walk.nodeValues(), std::vector<std::string>{"0"});
+    EXPECT_FALSE(walk.clutPageWarning());
+
+    ASSERT_EQ(grid.createLayout(iccMlutType::kAToB, 9, 1, {true, false, false, true, true}), icOk);
+    const std::uint8_t nine[] = {2, 2, 2, 2, 2, 2, 2, 2, 2};
+    ASSERT_EQ(grid.clut->init(9, 1, 3, nine), icOk);
+    EXPECT_EQ(MlutModel(grid).clutPageWarning(), kMlutTooManyChannels);
+    EXPECT_EQ(MlutModel(grid).precisionText(), "3 bytes/channel");
+    EXPECT_TRUE(MlutModel(grid).nodeValues().empty());
+}
+
+Bytes ncl2Tag(std::uint32_t count, std::uint32_t planes,
+              const std::vector<std::vector<std::uint16_t>>& colors) {
+    Bytes bytes = wordTag(icSig("ncl2"), {0x10, count, planes});
+    Bytes prefix(32, 0), suffix(32, 'S'); // the suffix fills its field without a NUL
+    prefix[0] = 'P';
+    bytes.insert(bytes.end(), prefix.begin(), prefix.end());
+    bytes.insert(bytes.end(), suffix.begin(), suffix.end());
+    iccWriter w(bytes);
+    for (std::size_t i = 0; i < colors.size(); ++i) {
+        Bytes name(32, 0);
+        name[0] = static_cast<std::uint8_t>('a' + i);
+        w.bytes(name);
+        for (std::uint16_t v : colors[i])
+            w.u16(v);
+    }
+    return bytes;
+}
+
+TEST(NamedColorModel, LinesAndStepping) {
+    icNamedColor2 colors;
+    const Bytes tag =
+        ncl2Tag(5, 2, std::vector(5, std::vector<std::uint16_t>{0xFF00, 0x8000, 0, 0xFFFF, 0x80}));
+    ASSERT_EQ(decodeNamedColor2(tag, colors), icOk);
+    NamedColorModel lab(colors, icSig("Lab "));
+    EXPECT_EQ(lab.colorLines(4),
+              (std::vector<std::string>{"Color #: 4", "Root name: e", "CIE L*: 65280 (100.000)",
+                                        "CIE a*: 32768 ( 0.000)", "CIE b*: 0 (-128.000)",
+                                        "Channel 0: 65535 (255)", "Channel 1:   128 (  0)"}));
+    EXPECT_EQ(lab.headerLines(), (std::vector<std::string>{
+                                     "Vendor specific flag: 0x10", "Count of named colors: 5",
+                                     "Number of device planes: 2", "Prefix of each color name: P",
+                                     "Suffix of each color name: " + std::string(32, 'S')}));
+    EXPECT_EQ(lab.lines().size(), 5u + 5 * 7);
+    EXPECT_EQ(NamedColorModel(colors, icSig("XYZ ")).colorLines(0)[3], "CIE Y: 32768 (100.000)");
+
+    EXPECT_EQ(lab.setIndexFromBox(7), "ERROR: Maximum index is 4\n");
+    EXPECT_EQ(lab.index(), 4);
+    EXPECT_EQ(lab.setIndexFromBox(-3), std::nullopt);
+    EXPECT_EQ(lab.index(), 0);
+    lab.scroll(icScrollRequest::pageForward); // a page of 5 colours is 5 / 10 = 0
+    EXPECT_EQ(lab.index(), 0);
+    lab.scroll(icScrollRequest::lineBack);
+    EXPECT_EQ(lab.index(), 0);
+    lab.scroll(icScrollRequest::thumbTrack, 3);
+    EXPECT_EQ(lab.index(), 3);
+
+    // Nine planes: the header and the box, no colour.
+    ASSERT_EQ(decodeNamedColor2(ncl2Tag(1, 9, {std::vector<std::uint16_t>(12, 1)}), colors), icOk);
+    const NamedColorModel nine(colors, icSig("Lab "));
+    EXPECT_EQ(nine.openingMessage(), kTooManyDevicePlanes);
+    EXPECT_EQ(nine.lines(), nine.headerLines());
+    // Colours announced beyond the tag's end are not there to show.
+    ASSERT_EQ(decodeNamedColor2(ncl2Tag(1000, 0, {{1, 2, 3}, {4, 5, 6}}), colors), icOk);
+    EXPECT_EQ(colors.colors.size(), 2u);
+    EXPECT_EQ(decodeNamedColor2(Bytes(tag.begin(), tag.begin() + 83), colors), icErrTruncated);
+    EXPECT_EQ(decodeNamedColor2(xyzTag(0, 0, 0), colors), icErrWrongType);
+}
+
+TEST(MlucModel, RecordsAndStepping) {
+    iccMultiLocalizedUnicodeType strings;
+    ASSERT_EQ(strings.layoutRecords(std::vector<std::uint16_t>{0x656E, 0x6465, 0x6672},
+                                    std::vector<std::uint16_t>{0x5553, 0, 0},
+                                    std::vector<std::uint32_t>{16, 0, 2}),
+              icOk);
+    strings.strings[0] = {0, 'A', 0, 'b', 0, ' ', 0, '1', 0, 0, 0, 0, 0, 0, 0, 0};
+    MlucModel model(strings);
+    EXPECT_EQ(model.headerLines(),
+              (std::vector<std::string>{"Number of Names: 3", "Name Record Size: 12"}));
+    EXPECT_EQ(
+        model.recordLines(0),
+        (std::vector<std::string>{
+            "Name Record #0:", "Language Code: 0X656E/'en'", "Country Code: 0X5553/'US'",
+            "Length in Bytes (decimal and hex): 0X10/16",
+            "Offset in Bytes (decimal and hex): 0X34/52",
+            "00000000    00 41 00 62 00 20 00 31 - 00 00 00 00 00 00 00 00    .A.b...1........"}));
+    EXPECT_EQ(model.recordLines(1).size(), 5u); // no string, no dump line
+    EXPECT_EQ(model.recordLines(1)[2], "Country Code: 0X0/''");
+    EXPECT_EQ(model.lines().size(), 2u + 6 + 5 + 6);
+    model.scroll(icScrollRequest::lineForward);
+    model.scroll(icScrollRequest::pageForward);
+    EXPECT_EQ(model.index(), 2);
+    model.scroll(icScrollRequest::pageBack);
+    EXPECT_EQ(model.indexText(), "0");
+    EXPECT_EQ(model.highestIndexText(), "2");
+}
+
+} // namespace
