@@ -6,9 +6,15 @@
 #include "app/header_model.h"
 #include "catalogue/catalogue.h"
 #include "profile/profile.h"
+#include "tagtypes/curve_type.h"
+#include "tagtypes/lut16_type.h"
+#include "tagtypes/lut_atob_type.h"
 #include "tagtypes/multi_localized_unicode_type.h"
+#include "tagtypes/profile_sequence_desc_type.h"
+#include "tagtypes/s15fixed16_array_type.h"
 #include "tagtypes/text_description_type.h"
 #include "tagtypes/text_type.h"
+#include "tagtypes/xyz_type.h"
 #include "viewers/curve_model.h"
 #include "viewers/lut_model.h"
 #include "viewers/mluc_model.h"
@@ -35,11 +41,19 @@ void touch(std::span<const std::uint8_t> bytes) {
     (void)sink;
 }
 
+// Decodes, rebuilds, and decodes the rebuilt bytes again into a fresh object.
 template <class Tag> void decodeAndRebuild(iccProfileRW& profile, int index) {
     Tag tag;
     if (tag.loadByIndex(index, profile) != icOk)
         return;
-    touch(tag.getData());
+    const auto rebuilt = tag.getData();
+    touch(rebuilt);
+    if (rebuilt.data() == nullptr)
+        return;
+    const std::vector<std::uint8_t> copy(rebuilt.begin(), rebuilt.end());
+    Tag again;
+    (void)again.setData(copy);
+    touch(again.raw());
 }
 
 struct TagDecoder {
@@ -54,6 +68,18 @@ constexpr std::array kDecoders{
     TagDecoder{iccTextDescriptionType::kSignature, decodeAndRebuild<iccTextDescriptionType>},
     TagDecoder{iccMultiLocalizedUnicodeType::kSignature,
                decodeAndRebuild<iccMultiLocalizedUnicodeType>},
+    TagDecoder{iccCurveType::kSignature, decodeAndRebuild<iccCurveType>},
+    TagDecoder{iccParametricCurveType::kSignature, decodeAndRebuild<iccParametricCurveType>},
+    TagDecoder{iccXYZType::kSignature, decodeAndRebuild<iccXYZType>},
+    TagDecoder{iccS15Fixed16ArrayType::kSignature, decodeAndRebuild<iccS15Fixed16ArrayType>},
+    TagDecoder{iccChromaticAdaptationType::kSignature,
+               decodeAndRebuild<iccChromaticAdaptationType>},
+    TagDecoder{iccProfileSequenceDescType::kSignature,
+               decodeAndRebuild<iccProfileSequenceDescType>},
+    TagDecoder{iccLut8Type::kSignature, decodeAndRebuild<iccLut8Type>},
+    TagDecoder{iccLut16Type::kSignature, decodeAndRebuild<iccLut16Type>},
+    TagDecoder{iccMlutType::kAToB, decodeAndRebuild<iccLutAToBType>},
+    TagDecoder{iccMlutType::kBToA, decodeAndRebuild<iccLutBToAType>},
 };
 
 void decodeKnownTags(iccProfileRW& profile) {

@@ -2,6 +2,7 @@
 // growing writer, signatures and fixed-point numbers.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -101,6 +102,24 @@ public:
     std::span<const std::uint8_t> bytes(std::size_t n) {
         const std::uint8_t* p = take(n);
         return p ? std::span<const std::uint8_t>(p, n) : std::span<const std::uint8_t>();
+    }
+    // Fills `out` with consecutive values; checked once, converted in one tight loop that the
+    // compiler vectorises, which matters for tables of millions of entries.
+    void u16s(std::span<std::uint16_t> out) {
+        const std::uint8_t* p = take(2 * out.size());
+        if (!p) {
+            std::fill(out.begin(), out.end(), std::uint16_t(0));
+            return;
+        }
+        for (std::size_t i = 0; i < out.size(); ++i)
+            out[i] = static_cast<std::uint16_t>((p[2 * i] << 8) | p[2 * i + 1]);
+    }
+    void u8s(std::span<std::uint8_t> out) {
+        const std::uint8_t* p = take(out.size());
+        if (p)
+            std::copy(p, p + out.size(), out.begin());
+        else
+            std::fill(out.begin(), out.end(), std::uint8_t(0));
     }
     void skip(std::size_t n) { take(n); }
     bool seek(std::size_t offset) {

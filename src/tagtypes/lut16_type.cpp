@@ -29,16 +29,11 @@ std::optional<std::uint64_t> clutValues(std::uint32_t grid, std::uint32_t inputs
     return *nodes * outputs;
 }
 
-template <typename Value> Value readValue(iccReader& r) {
-    if constexpr (sizeof(Value) == 1)
-        return r.u8();
-    else
-        return r.u16();
-}
-
 template <typename Value> void readValues(iccReader& r, std::vector<Value>& values) {
-    for (auto& v : values)
-        v = readValue<Value>(r);
+    if constexpr (sizeof(Value) == 1)
+        r.u8s(values);
+    else
+        r.u16s(values);
 }
 
 // Each channel's table rises evenly from 0 to the largest value.

@@ -65,14 +65,29 @@ icStatus iccClut::set(std::uint32_t inputs, std::uint32_t outputs, std::uint8_t 
     if (encoded.size() < kHeaderSize)
         return icErrTruncated;
     // The values must all be there before anything is allocated for them.
-    const std::uint64_t size =
-        tableValueCount(outputs, encoded.first(inputs)) * precision + kHeaderSize;
+    const std::uint64_t values = tableValueCount(outputs, encoded.first(inputs));
+    const std::uint64_t size = values * precision + kHeaderSize;
     if (size > encoded.size())
         return icErrTruncated;
-    if (icStatus s = init(inputs, outputs, precision, encoded); s != icOk)
-        return s;
-    std::copy(encoded.begin() + kHeaderSize, encoded.begin() + static_cast<std::ptrdiff_t>(size),
-              bytes_.begin() + kHeaderSize);
+    if (size > UINT32_MAX)
+        return icErrInvalidArg;
+    // One pass over a table that may hold millions of values: copy it whole, then clear the
+    // unused grid entries and the reserved bytes of the header.
+    std::vector<std::uint8_t> bytes;
+    try {
+        bytes.reserve(roundUp4(size));
+        bytes.assign(encoded.begin(), encoded.begin() + static_cast<std::ptrdiff_t>(size));
+        bytes.resize(roundUp4(size), 0);
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+    std::fill(bytes.begin() + inputs, bytes.begin() + kHeaderSize, std::uint8_t(0));
+    bytes[16] = precision;
+    bytes_ = std::move(bytes);
+    inputs_ = inputs;
+    outputs_ = outputs;
+    valueCount_ = static_cast<std::uint32_t>(values);
+    byteSize_ = static_cast<std::uint32_t>(size);
     return icOk;
 }
 

@@ -19,8 +19,11 @@ icStatus iccTagData::assignRaw(std::span<const std::uint8_t> bytes) {
     if (bytes.size() > UINT32_MAX)
         return icErrInvalidArg;
     try {
-        std::vector<std::uint8_t> copy(roundUp4(bytes.size()));
-        std::copy(bytes.begin(), bytes.end(), copy.begin());
+        // Copy, then pad: zero-filling the whole buffer first would touch large tables twice.
+        std::vector<std::uint8_t> copy;
+        copy.reserve(roundUp4(bytes.size()));
+        copy.assign(bytes.begin(), bytes.end());
+        copy.resize(roundUp4(bytes.size()), 0);
         raw_ = std::move(copy);
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;

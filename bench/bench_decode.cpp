@@ -1,0 +1,238 @@
+// Loading a large profile and decoding every lookup table in it, beside two baselines measured
+// in the same run: one fread of the file, and Little CMS opening it and decoding every tag with
+// cmsReadTag. The ratios printed at the end are what to watch.
+//
+// The tables are written by Little CMS (lut16, lutAToB and lutBToA encodings of pipelines with
+// curves and an 81-point CLUT), about 30 MB in all, so both readers work on tables that another
+// CMM encoded; our own writer lays them out into one profile.
+#include "profile/profile.h"
+#include "tagtypes/lut16_type.h"
+#include "tagtypes/lut_atob_type.h"
+
+#include <benchmark/benchmark.h>
+#include <lcms2.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr cmsUInt32Number kGrid = 81;
+
+// A 3-in pipeline of gamma curves, a CLUT that bends each node a little, and curves again.
+cmsPipeline* makePipeline(cmsUInt32Number outputs, double bend) {
+    cmsPipeline* lut = cmsPipelineAlloc(nullptr, 3, outputs);
+    cmsToneCurve* in = cmsBuildGamma(nullptr, 1.0 + bend);
+    cmsToneCurve* out = cmsBuildGamma(nullptr, 1.0 / (1.0 + bend));
+    cmsToneCurve* inCurves[3] = {in, in, in};
+    cmsToneCurve* outCurves[3] = {out, out, out};
+    std::vector<cmsUInt16Number> table(kGrid * kGrid * kGrid * outputs);
+    for (std::size_t i = 0; i < table.size(); ++i)
+        table[i] = static_cast<cmsUInt16Number>((i * 2654435761u) >> 16);
+    cmsPipelineInsertStage(lut, cmsAT_END, cmsStageAllocToneCurves(nullptr, 3, inCurves));
+    cmsPipelineInsertStage(lut, cmsAT_END,
+                           cmsStageAllocCLut16bit(nullptr, kGrid, 3, outputs, table.data()));
+    cmsPipelineInsertStage(lut, cmsAT_END, cmsStageAllocToneCurves(nullptr, outputs, outCurves));
+    cmsFreeToneCurve(in);
+    cmsFreeToneCurve(out);
+    return lut;
+}
+
+struct RawTag {
+    icSignature sig;
+    std::vector<std::uint8_t> bytes;
+};
+
+// Little CMS picks the encoding from the profile version: lut16 for version 2, lutAToB/lutBToA
+// for version 4.
+RawTag encodeWithLcms(cmsTagSignature sig, double version, cmsUInt32Number outputs, double bend) {
+    cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
+    cmsSetProfileVersion(profile, version);
+    cmsSetDeviceClass(profile, cmsSigAbstractClass);
+    cmsSetColorSpace(profile, cmsSigLabData);
+    cmsSetPCS(profile, cmsSigLabData);
+    cmsPipeline* lut = makePipeline(outputs, bend);
+    cmsWriteTag(profile, sig, lut);
+    cmsPipelineFree(lut);
+    cmsUInt32Number size = 0;
+    cmsSaveProfileToMem(profile, nullptr, &size);
+    std::vector<std::uint8_t> saved(size);
+    cmsSaveProfileToMem(profile, saved.data(), &size);
+    cmsCloseProfile(profile);
+
+    cmsHPROFILE reread = cmsOpenProfileFromMem(saved.data(), size);
+    RawTag tag{static_cast<icSignature>(sig), {}};
+    tag.bytes.resize(cmsReadRawTag(reread, sig, nullptr, 0));
+    cmsReadRawTag(reread, sig, tag.bytes.data(), static_cast<cmsUInt32Number>(tag.bytes.size()));
+    cmsCloseProfile(reread);
+    return tag;
+}
+
+bool writeLargeProfile(const std::string& path) {
+    std::vector<RawTag> tags;
+    const cmsTagSignature aToB[] = {cmsSigAToB0Tag, cmsSigAToB1Tag, cmsSigAToB2Tag};
+    const cmsTagSignature bToA[] = {cmsSigBToA0Tag, cmsSigBToA1Tag, cmsSigBToA2Tag};
+    const cmsTagSignature preview[] = {cmsSigPreview0Tag, cmsSigPreview1Tag, cmsSigPreview2Tag};
+    for (int i = 0; i < 3; ++i) {
+        tags.push_back(encodeWithLcms(aToB[i], 4.3, 3, 0.1 * i));    // lutAToB
+        tags.push_back(encodeWithLcms(bToA[i], 2.1, 3, 0.1 * i));    // lut16
+        tags.push_back(encodeWithLcms(preview[i], 4.3, 3, 0.1 * i)); // lutBToA
+    }
+    tags.push_back(encodeWithLcms(cmsSigGamutTag, 2.1, 1, 0.3)); // lut16, one output
+
+    iccProfileRW profile;
+    icHeader& header = profile.header();
+    header.version = 0x04300000;
+    header.deviceClass = icSig("abst");
+    header.colorSpace = icSig("Lab ");
+    if (profile.setDescription("Veltrino decoding benchmark") != icOk)
+        return false;
+    for (const RawTag& tag : tags)
+        if (tag.bytes.empty() || profile.setTagData(tag.sig, tag.bytes) != icOk)
+            return false;
+    return profile.saveToFile(path) == icOk;
+}
+
+// Decodes every lookup table with the class its type signature names.
+bool decodeEveryTable(iccProfileRW& profile) {
+    for (int i = 0; i < profile.tagCount(); ++i) {
+        icStatus s = icOk;
+        switch (profile.getTagTypeSignature(i)) {
+        case iccLut16Type::kSignature: {
+            iccLut16Type lut;
+            s = lut.loadByIndex(i, profile);
+            break;
+        }
+        case iccMlutType::kAToB: {
+            iccLutAToBType lut;
+            s = lut.loadByIndex(i, profile);
+            break;
+        }
+        case iccMlutType::kBToA: {
+            iccLutBToAType lut;
+            s = lut.loadByIndex(i, profile);
+            break;
+        }
+        default:
+            break;
+        }
+        if (s != icOk)
+            return false;
+    }
+    return true;
+}
+
+void decodeVeltrino(benchmark::State& state, const std::string& path) {
+    for (auto _ : state) {
+        iccProfileRW profile;
+        if (profile.loadFromFile(path) != icOk || !decodeEveryTable(profile)) {
+            state.SkipWithError("load or decode failed");
+            break;
+        }
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t(fs::file_size(path)));
+}
+
+void decodeFread(benchmark::State& state, const std::string& path) {
+    const std::size_t size = fs::file_size(path);
+    for (auto _ : state) {
+        std::vector<std::uint8_t> bytes(size);
+        std::FILE* file = std::fopen(path.c_str(), "rb");
+        const bool read = file && std::fread(bytes.data(), 1, size, file) == size;
+        if (file)
+            std::fclose(file);
+        if (!read) {
+            state.SkipWithError("fread failed");
+            break;
+        }
+        benchmark::DoNotOptimize(bytes.data());
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t(size));
+}
+
+void decodeLcms(benchmark::State& state, const std::string& path) {
+    for (auto _ : state) {
+        cmsHPROFILE profile = cmsOpenProfileFromFile(path.c_str(), "r");
+        bool ok = profile != nullptr;
+        for (cmsInt32Number i = 0; ok && i < cmsGetTagCount(profile); ++i) {
+            const cmsTagSignature sig =
+                cmsGetTagSignature(profile, static_cast<cmsUInt32Number>(i));
+            ok = cmsReadTag(profile, sig) != nullptr;
+        }
+        if (profile)
+            cmsCloseProfile(profile);
+        if (!ok) {
+            state.SkipWithError("Little CMS could not read a tag");
+            break;
+        }
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t(fs::file_size(path)));
+}
+
+// Keeps the best CPU time of each benchmark: on a shared machine wall time mostly measures the
+// neighbours.
+class BestTimes : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred)
+                continue;
+            auto [it, added] =
+                best.try_emplace(run.run_name.function_name, run.GetAdjustedCPUTime());
+            if (!added)
+                it->second = std::min(it->second, run.GetAdjustedCPUTime());
+        }
+    }
+    void printRatio(const std::string& name, const std::string& baseline) const {
+        const auto a = best.find(name), b = best.find(baseline);
+        if (a == best.end() || b == best.end() || b->second <= 0)
+            std::printf("ratio %s / %s = n/a\n", name.c_str(), baseline.c_str());
+        else
+            std::printf("ratio %s / %s = %.2f\n", name.c_str(), baseline.c_str(),
+                        a->second / b->second);
+    }
+    std::map<std::string, double> best;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    const fs::path dir =
+        fs::temp_directory_path() / ("veltrino-bench-decode-" + std::to_string(getpid()));
+    fs::create_directories(dir);
+    const std::string path = (dir / "tables.icc").string();
+    if (!writeLargeProfile(path)) {
+        std::fprintf(stderr, "could not write the table profile at %s\n", path.c_str());
+        fs::remove_all(dir);
+        return 1;
+    }
+    using Benchmark = void (*)(benchmark::State&, const std::string&);
+    const std::pair<const char*, Benchmark> benchmarks[] = {
+        {"decode/veltrino", decodeVeltrino},
+        {"decode/fread", decodeFread},
+        {"decode/lcms", decodeLcms},
+    };
+    for (const auto& [name, fn] : benchmarks)
+        benchmark::RegisterBenchmark(name, fn, path)->Unit(benchmark::kMillisecond);
+    BestTimes reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+
+    std::printf("\nprofile: %.1f MB of lut16, lutAToB and lutBToA tables\n",
+                fs::file_size(path) / 1048576.0);
+    reporter.printRatio("decode/veltrino", "decode/fread");
+    reporter.printRatio("decode/veltrino", "decode/lcms");
+    fs::remove_all(dir);
+    return 0;
+}
