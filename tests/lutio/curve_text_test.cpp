@@ -35,7 +35,6 @@ TEST(CurveText, CurvReadingRules) {
         {curvText(2, "0 1\n"), icErrFile, {}},      // missing pair
         {curvText(2, "0 1\n1 x\n"), icErrFile, {}}, // not a number
         {"Data_Typ: curv\nCount: 0\n", icErrFile, {}},
-        {"Data_Type: curv\nCounter: 0\n", icOk, {}},
         {"Data_Type: curv\n", icErrFile, {}},
     };
     for (const Row& row : rows) {
