@@ -65,19 +65,29 @@ bool iccMemoryStream::seek(std::int64_t offset, int origin) {
 bool iccStream::openFile(const std::string& path) {
     close();
     file_.reset(std::fopen(path.c_str(), "rb"));
-    return file_ != nullptr;
+    if (!file_)
+        return false;
+    std::FILE* f = file_.get();
+    if (std::fseek(f, 0, SEEK_END) == 0) {
+        length_ = std::ftell(f);
+        if (std::fseek(f, 0, SEEK_SET) != 0)
+            length_ = -1;
+    }
+    return true;
 }
 
 void iccStream::openMemory(iccMemoryStream memory) {
     close();
     memory_ = std::move(memory);
     memoryOpen_ = true;
+    length_ = memory_.length();
 }
 
 void iccStream::close() {
     file_.reset();
     memory_ = iccMemoryStream();
     memoryOpen_ = false;
+    length_ = -1;
 }
 
 bool iccStream::read(void* dst, std::size_t n) {
@@ -90,18 +100,4 @@ bool iccStream::seek(std::int64_t offset) {
     if (file_)
         return offset >= 0 && std::fseek(file_.get(), static_cast<long>(offset), SEEK_SET) == 0;
     return memoryOpen_ && memory_.seek(offset, 0);
-}
-
-std::int64_t iccStream::length() {
-    if (file_) {
-        std::FILE* f = file_.get();
-        const long here = std::ftell(f);
-        if (here < 0 || std::fseek(f, 0, SEEK_END) != 0)
-            return -1;
-        const long end = std::ftell(f);
-        if (std::fseek(f, here, SEEK_SET) != 0)
-            return -1;
-        return end;
-    }
-    return memoryOpen_ ? memory_.length() : -1;
 }

@@ -42,8 +42,9 @@ public:
 
     bool read(void* dst, std::size_t n);
     bool seek(std::int64_t offset);
-    // Length of the file or of the memory block; -1 when it cannot be had.
-    std::int64_t length();
+    // Length of the file or of the memory block; -1 when it cannot be had. A file's length is
+    // taken once when it is opened: the profile asks for it before every tag it reads.
+    std::int64_t length() const { return length_; }
 
 private:
     struct FileCloser {
@@ -52,4 +53,5 @@ private:
     std::unique_ptr<std::FILE, FileCloser> file_;
     iccMemoryStream memory_;
     bool memoryOpen_ = false;
+    std::int64_t length_ = -1;
 };

@@ -99,18 +99,35 @@ INSTANTIATE_TEST_SUITE_P(Installed, CliOnRealProfile, testing::ValuesIn(installe
                          [](const auto& info) { return "profile" + std::to_string(info.index); });
 
 TEST(Cli, FailuresAndUsage) {
-    const auto broken = scratchDir() / "broken.icc";
-    writeBytes(broken, Bytes(200, 7));
-    CliResult r = runCli({"info", broken.string()});
-    EXPECT_EQ(r.exitCode, 1);
-    EXPECT_EQ(r.out, "");
-    EXPECT_EQ(r.err,
-              "--- info | Veltrino\nError in reading ICC profile: " + broken.string() + ".\n");
+    const Bytes good = ProfileBuilder().tag(icSig("desc"), textTag("d")).build();
+    Bytes wrongMagic = good, count51 = good, countHuge = good;
+    wrongMagic[36] = 'X';
+    storeBE32(count51.data() + 128, 51);
+    storeBE32(countHuge.data() + 128, 0xFFFFFFFF);
+    const std::vector<std::pair<std::string, Bytes>> malformed = {
+        {"garbage", Bytes(200, 7)},
+        {"short", Bytes(good.begin(), good.begin() + 100)},
+        {"magic", wrongMagic},
+        {"count51", count51},
+        {"countHuge", countHuge},
+        {"pastEnd", ProfileBuilder().entry(icSig("desc"), 140, 4000).build()},
+    };
+    for (const auto& [name, bytes] : malformed) {
+        const auto broken = scratchDir() / (name + ".icc");
+        writeBytes(broken, bytes);
+        const CliResult r = runCli({"info", broken.string()});
+        EXPECT_EQ(r.exitCode, 1) << name;
+        EXPECT_EQ(r.out, "") << name;
+        EXPECT_EQ(r.err,
+                  "--- info | Veltrino\nError in reading ICC profile: " + broken.string() + ".\n")
+            << name;
+    }
+    EXPECT_EQ(runCli({"info", (scratchDir() / "absent.icc").string()}).exitCode, 1);
 
     EXPECT_EQ(runCli({}).exitCode, 2);
     EXPECT_EQ(runCli({"info"}).exitCode, 2);
     EXPECT_EQ(runCli({"frobnicate", "x"}).exitCode, 2);
-    r = runCli({"--help"});
+    const CliResult r = runCli({"--help"});
     EXPECT_EQ(r.exitCode, 0);
     EXPECT_NE(r.out.find("info"), std::string::npos);
 }
