@@ -5,6 +5,7 @@
 
 #include "profile/presenter.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,6 +19,8 @@ struct FileDialogRequest {
     std::string defaultSuffix;
     // Folder shown first; empty for the toolkit's choice.
     std::string directory;
+    // Name proposed in the dialog's file name box; empty for none.
+    std::string fileName = {};
 };
 
 class PromptService : public Presenter {
@@ -38,4 +41,10 @@ public:
     // save dialog asks before replacing an existing file.
     virtual std::optional<std::string> askOpenPath(const FileDialogRequest& request) = 0;
     virtual std::optional<std::string> askSavePath(const FileDialogRequest& request) = 0;
+    // The CLUT folder dialog of the lookup-table viewers: mode 2 for lut8/lut16, 4 (or more)
+    // for lutAToB/lutBToA. On OK the folder as typed, which has also become the shared data
+    // folder; nothing when cancelled. A service without the dialog answers as if cancelled.
+    virtual std::optional<std::string> askClutFolder(std::uint32_t /*mode*/) {
+        return std::nullopt;
+    }
 };

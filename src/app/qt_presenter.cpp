@@ -1,7 +1,15 @@
 #include "app/qt_presenter.h"
 
+#include "tagtypes/xyz_type.h"
+#include "viewers/curve_dialog.h"
+#include "viewers/dump_clut_dialog.h"
 #include "viewers/hex_dump_dialog.h"
 #include "viewers/large_text_dialog.h"
+#include "viewers/lut_property_sheet.h"
+#include "viewers/mluc_dialog.h"
+#include "viewers/mlut_property_sheet.h"
+#include "viewers/named_color_dialog.h"
+#include "viewers/xyz_dialog.h"
 
 #include <QFile>
 #include <QFileDialog>
@@ -25,6 +33,8 @@ std::optional<std::string> runFileDialog(QWidget* parent, const FileDialogReques
                                                        : QFileDialog::AnyFile);
     dialog.setNameFilters(filters);
     dialog.setDefaultSuffix(toQString(request.defaultSuffix));
+    if (!request.fileName.empty())
+        dialog.selectFile(QFile::decodeName(request.fileName.c_str()));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     return QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
@@ -69,4 +79,69 @@ std::optional<std::string> QtPresenter::askOpenPath(const FileDialogRequest& req
 
 std::optional<std::string> QtPresenter::askSavePath(const FileDialogRequest& request) {
     return runFileDialog(parent_, request, QFileDialog::AcceptSave);
+}
+
+std::optional<std::string> QtPresenter::askClutFolder(std::uint32_t mode) {
+    CDumpCLUT dialog(mode, parent_);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.folder();
+}
+
+namespace {
+
+// A viewer that keeps a modified flag: its setup failure, or how it closed and whether it
+// changed the object, for the catalogue to write back.
+template <class Viewer> icViewerResult runEditingViewer(Viewer& viewer) {
+    if (viewer.setupStatus() != icOk)
+        return {false, false, viewer.setupStatus()};
+    const bool accepted = viewer.exec() == QDialog::Accepted;
+    return {accepted, viewer.modified(), icOk};
+}
+
+} // namespace
+
+icViewerResult QtPresenter::lutViewer(std::string_view caption, iccLut8Type* lut8,
+                                      iccLut16Type* lut16, icSignature outputSpace) {
+    CiccLutPropertySheet sheet(lut8, lut16, outputSpace, caption, *this, parent_);
+    return runEditingViewer(sheet);
+}
+
+icViewerResult QtPresenter::mlutViewer(std::string_view caption, iccMlutType& lut) {
+    CLutB2APropertySheet sheet(lut, caption, *this, parent_);
+    return runEditingViewer(sheet);
+}
+
+// An import in the curve viewer changes the curve in place; the catalogue encodes and stores it
+// when the result says OK and modified.
+icViewerResult QtPresenter::curveViewer(std::string_view caption, iccCurveElement& curve) {
+    CicCurveDlg dialog(curve, caption, *this, parent_);
+    if (dialog.setupStatus() != icOk)
+        return {false, false, dialog.setupStatus()};
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    return {accepted, dialog.modified(), icOk};
+}
+
+// "&OK" hands the three values back whether or not they were changed.
+icViewerResult QtPresenter::xyzViewer(std::string_view caption, iccXYZType& xyz) {
+    CcieXYZDlg dialog(xyz.X, xyz.Y, xyz.Z, caption, parent_);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    const bool changed = xyz.X != dialog.X() || xyz.Y != dialog.Y() || xyz.Z != dialog.Z();
+    xyz.X = dialog.X();
+    xyz.Y = dialog.Y();
+    xyz.Z = dialog.Z();
+    return {true, changed, icOk};
+}
+
+icViewerResult QtPresenter::namedColorViewer(std::string_view caption, const icNamedColor2& colors,
+                                             icSignature pcs) {
+    CNameColor2Dlg dialog(colors, pcs, caption, *this, parent_);
+    return {dialog.exec() == QDialog::Accepted, false, icOk};
+}
+
+icViewerResult QtPresenter::mlucViewer(std::string_view caption,
+                                       const iccMultiLocalizedUnicodeType& strings) {
+    CulmcDlg dialog(strings, caption, parent_);
+    return {dialog.exec() == QDialog::Accepted, false, icOk};
 }

@@ -27,6 +27,16 @@ public:
     void about(std::string_view caption, std::string_view text) override;
     std::optional<std::string> askOpenPath(const FileDialogRequest& request) override;
     std::optional<std::string> askSavePath(const FileDialogRequest& request) override;
+    std::optional<std::string> askClutFolder(std::uint32_t mode) override;
+    icViewerResult lutViewer(std::string_view caption, iccLut8Type* lut8, iccLut16Type* lut16,
+                             icSignature outputSpace) override;
+    icViewerResult mlutViewer(std::string_view caption, iccMlutType& lut) override;
+    icViewerResult curveViewer(std::string_view caption, iccCurveElement& curve) override;
+    icViewerResult xyzViewer(std::string_view caption, iccXYZType& xyz) override;
+    icViewerResult namedColorViewer(std::string_view caption, const icNamedColor2& colors,
+                                    icSignature pcs) override;
+    icViewerResult mlucViewer(std::string_view caption,
+                              const iccMultiLocalizedUnicodeType& strings) override;
 
 private:
     QPointer<QWidget> parent_;

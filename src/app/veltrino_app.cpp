@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QSettings>
 
+#include <clocale>
 #include <cstdio>
 #include <cstring>
 
@@ -60,6 +61,9 @@ bool wantsScreenshot(int argc, char** argv) {
 }
 
 CVeltrinoApp::CVeltrinoApp(int& argc, char** argv) : QApplication(argc, argv) {
+    // Qt adopts the user's locale for the C library too; every number the library formats
+    // ("%f", "%1.5lf") and every exchange file must keep its decimal point whatever the locale.
+    std::setlocale(LC_NUMERIC, "C");
     setOrganizationName(QLatin1String(kOrganisationName));
     setApplicationName(QLatin1String(kApplicationName));
 }

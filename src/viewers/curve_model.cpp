@@ -1,8 +1,12 @@
 #include "viewers/curve_model.h"
 
+#include "app/prompt_service.h"
+#include "app/settings_model.h"
 #include "catalogue/text_format.h"
+#include "lutio/exchange_procedures.h"
 #include "tagtypes/curve_type.h"
 
+#include <filesystem>
 #include <new>
 
 namespace {
@@ -58,12 +62,15 @@ std::string curveLabel(const iccCurveElement& curve) {
 std::vector<std::string> curvePlotLabels(std::span<const iccCurveElement> curves) {
     std::vector<std::string> labels;
     labels.reserve(curves.size());
-    for (std::size_t i = 0; i < curves.size(); ++i) {
-        std::string label = curveLabel(curves[i]);
-        if (curves.size() > 1)
-            label = formatText("#%d: ", static_cast<int>(i)) + label;
-        labels.push_back(std::move(label));
-    }
+    for (const iccCurveElement& curve : curves)
+        labels.push_back(curveLabel(curve));
+    return numberCurveLabels(std::move(labels));
+}
+
+std::vector<std::string> numberCurveLabels(std::vector<std::string> labels) {
+    if (labels.size() > 1)
+        for (std::size_t i = 0; i < labels.size(); ++i)
+            labels[i] = formatText("#%d: ", static_cast<int>(i)) + labels[i];
     return labels;
 }
 
@@ -76,8 +83,12 @@ icStatus buildCurvePlot(std::span<const iccCurveElement> curves, std::uint32_t p
         out.labels = curvePlotLabels(curves);
         out.curves.resize(curves.size());
         for (std::size_t i = 0; i < curves.size(); ++i)
-            if (icStatus s = curves[i].resample(points, out.curves[i]); s != icOk)
+            if (icStatus s = curves[i].resample(points, out.curves[i]); s == icErrNoMemory) {
+                out = {};
                 return s;
+            } else if (s != icOk) {
+                out.curves[i].clear();
+            }
     } catch (const std::bad_alloc&) {
         out = {};
         return icErrNoMemory;
@@ -94,4 +105,43 @@ std::string CurveModel::label() const {
 
 std::vector<std::string> CurveModel::lines() const {
     return {label()};
+}
+
+FileDialogRequest CurveModel::fileRequest(bool save) {
+    FileDialogRequest request;
+    request.caption = save ? "Save Curve" : "Read Curve";
+    request.filters = {"Text Files (*.txt)", "All Files (*.*)"};
+    request.defaultSuffix = "txt";
+    request.directory = DataFolder::get();
+    request.fileName = "curve.txt";
+    return request;
+}
+
+namespace {
+
+// The chosen file's folder becomes the one every file dialog of the program starts in.
+void rememberFolder(const std::string& path) {
+    DataFolder::set(std::filesystem::path(path).parent_path().string());
+}
+
+} // namespace
+
+void CurveModel::exportCurve(PromptService& prompts) {
+    const std::optional<std::string> path = prompts.askSavePath(fileRequest(true));
+    if (!path)
+        return;
+    rememberFolder(*path);
+    // The procedure has shown its box on failure; nothing else changes.
+    (void)runCurveExport(prompts, curve_, *path);
+}
+
+bool CurveModel::importCurve(PromptService& prompts) {
+    const std::optional<std::string> path = prompts.askOpenPath(fileRequest(false));
+    if (!path)
+        return false;
+    rememberFolder(*path);
+    if (runCurveImport(prompts, curve_, *path) != icOk)
+        return false;
+    markModified();
+    return true;
 }

@@ -114,6 +114,12 @@ icStatus LutModel::scroll(std::uint32_t channel, icScrollRequest request, std::i
     return icOk;
 }
 
+void LutModel::clampNodes() {
+    for (std::uint32_t c = 0; c < kLutPageChannels; ++c)
+        node_[c] =
+            c < visibleInputs() && gridPoints() > 0 ? std::min(node_[c], gridPoints() - 1) : 0;
+}
+
 std::optional<std::size_t> LutModel::nodeOffset() const {
     // Channels beyond the page's twelve controls stay at node 0.
     std::vector<std::uint32_t> node(inputChannels(), 0);

@@ -65,6 +65,8 @@ public:
     // channel without a scroll bar.
     [[nodiscard]] icStatus scroll(std::uint32_t channel, icScrollRequest request,
                                   std::int64_t thumb = 0);
+    // Brings every node index back into the grid, after an import changed the dimensions.
+    void clampNodes();
     // The values of the current node, one per visible output channel; empty when the node is
     // not in the table.
     std::vector<icNodeValueText> nodeValues() const;

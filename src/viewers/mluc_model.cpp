@@ -24,10 +24,18 @@ std::uint32_t MlucModel::recordCount() const {
     return static_cast<std::uint32_t>(strings_.records.size());
 }
 
+std::string MlucModel::recordCountText() const {
+    return formatText("%u", strings_.recordCount);
+}
+
+std::string MlucModel::recordSizeText() const {
+    return formatText("%u", strings_.recordSize);
+}
+
 std::vector<std::string> MlucModel::headerLines() const {
-    std::vector<std::string> lines{formatText("Number of Names: %u", strings_.recordCount)};
+    std::vector<std::string> lines{"Number of Names: " + recordCountText()};
     if (recordCount() > 0)
-        lines.push_back(formatText("Name Record Size: %u", strings_.recordSize));
+        lines.push_back("Name Record Size: " + recordSizeText());
     return lines;
 }
 
@@ -39,19 +47,32 @@ std::string MlucModel::indexText() const {
     return formatText("%d", index_);
 }
 
+std::string MlucModel::recordTitle(int index) const {
+    return formatText("Name Record #%d:", index);
+}
+
+std::array<std::string, 4> MlucModel::recordValues(int index) const {
+    const icNameRecord& record = strings_.records[static_cast<std::size_t>(index)];
+    return {languageCodeText(record.language), languageCodeText(record.country),
+            byteCountText(record.length), byteCountText(record.offset)};
+}
+
+std::vector<std::string> MlucModel::dumpLines(int index) const {
+    if (static_cast<std::size_t>(index) >= strings_.strings.size())
+        return {};
+    return hexDumpLines(strings_.strings[static_cast<std::size_t>(index)]);
+}
+
 std::vector<std::string> MlucModel::recordLines(int index) const {
     std::vector<std::string> lines;
     if (index < 0 || static_cast<std::uint32_t>(index) >= recordCount())
         return lines;
-    const icNameRecord& record = strings_.records[static_cast<std::size_t>(index)];
-    lines.push_back(formatText("Name Record #%d:", index));
-    lines.push_back("Language Code: " + languageCodeText(record.language));
-    lines.push_back("Country Code: " + languageCodeText(record.country));
-    lines.push_back("Length in Bytes (decimal and hex): " + byteCountText(record.length));
-    lines.push_back("Offset in Bytes (decimal and hex): " + byteCountText(record.offset));
-    if (static_cast<std::size_t>(index) < strings_.strings.size())
-        for (std::string& line : hexDumpLines(strings_.strings[static_cast<std::size_t>(index)]))
-            lines.push_back(std::move(line));
+    lines.push_back(recordTitle(index));
+    const std::array<std::string, 4> values = recordValues(index);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        lines.push_back(std::string(kMlucRecordLabels[i]) + " " + values[i]);
+    for (std::string& line : dumpLines(index))
+        lines.push_back(std::move(line));
     return lines;
 }
 

@@ -33,12 +33,18 @@ std::vector<std::string> MlutModel::infoLines() const {
     };
 }
 
+std::vector<std::string> MlutModel::matrixTexts() const {
+    std::vector<std::string> texts;
+    for (int i = 0; i < 12; ++i)
+        texts.push_back(lut_.matrix ? formatText("%g", s15Fixed16ToDouble((*lut_.matrix)[i]))
+                                    : std::string("N/A"));
+    return texts;
+}
+
 std::vector<std::string> MlutModel::matrixLines() const {
     std::vector<std::string> lines;
-    for (int i = 0; i < 12; ++i)
-        lines.push_back(lut_.matrix
-                            ? formatText("e%d %g", i + 1, s15Fixed16ToDouble((*lut_.matrix)[i]))
-                            : formatText("e%d N/A", i + 1));
+    for (const std::string& text : matrixTexts())
+        lines.push_back(formatText("e%d ", static_cast<int>(lines.size()) + 1) + text);
     return lines;
 }
 
@@ -108,6 +114,12 @@ icStatus MlutModel::scroll(std::uint32_t channel, icScrollRequest request, std::
     node_[channel] =
         stepNode(node_[channel], request, thumb, 2, std::int64_t(gridPoints(channel)) - 1);
     return icOk;
+}
+
+void MlutModel::clampNodes() {
+    for (std::uint32_t c = 0; c < kMlutPageControls; ++c)
+        node_[c] =
+            c < visibleInputs() && gridPoints(c) > 0 ? std::min(node_[c], gridPoints(c) - 1u) : 0;
 }
 
 std::uint64_t MlutModel::nodeNumber() const {

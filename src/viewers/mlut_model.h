@@ -37,6 +37,8 @@ public:
     std::vector<std::string> infoLines() const;
     // "Matrix": "e1 %g" ... "e12 %g", or "e1 N/A" ... without a matrix.
     std::vector<std::string> matrixLines() const;
+    // The twelve matrix boxes: "%g" of each value, or "N/A" without a matrix.
+    std::vector<std::string> matrixTexts() const;
     // What veltrino-cli prints for `viewer mlut`: the info lines, then the matrix lines.
     std::vector<std::string> lines() const;
 
@@ -59,6 +61,8 @@ public:
     // taken as it is. -11 for a channel without controls or a tag without a CLUT.
     [[nodiscard]] icStatus scroll(std::uint32_t channel, icScrollRequest request,
                                   std::int64_t thumb = 0);
+    // Brings every node index back into its channel's grid, after an import.
+    void clampNodes();
     // The node's number, first input channel most significant.
     std::uint64_t nodeNumber() const;
     // "%u" (8-bit) or "%u (%u)" (16-bit and its high byte) per output channel; nothing for

@@ -22,14 +22,17 @@ std::string deviceValueText(std::uint16_t value) {
 NamedColorModel::NamedColorModel(const icNamedColor2& colors, icSignature pcs)
     : colors_(colors), pcs_(pcs) {}
 
+std::array<std::string, 5> NamedColorModel::headerValues() const {
+    return {formatText("%#x", colors_.vendorFlag), formatText("%u", colors_.count),
+            formatText("%u", colors_.deviceCoordinates), colors_.prefix, colors_.suffix};
+}
+
 std::vector<std::string> NamedColorModel::headerLines() const {
-    return {
-        formatText("Vendor specific flag: %#x", colors_.vendorFlag),
-        formatText("Count of named colors: %u", colors_.count),
-        formatText("Number of device planes: %u", colors_.deviceCoordinates),
-        "Prefix of each color name: " + colors_.prefix,
-        "Suffix of each color name: " + colors_.suffix,
-    };
+    const std::array<std::string, 5> values = headerValues();
+    std::vector<std::string> lines;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        lines.push_back(std::string(kNamedColorHeaderLabels[i]) + " " + values[i]);
+    return lines;
 }
 
 std::array<std::string_view, 3> NamedColorModel::pcsLabels() const {
@@ -56,18 +59,37 @@ int NamedColorModel::maxIndex() const {
     return static_cast<int>(colors_.colors.size()) - 1;
 }
 
+const std::string& NamedColorModel::rootName(int index) const {
+    return colors_.colors[static_cast<std::size_t>(index)].rootName;
+}
+
+std::array<std::string, 3> NamedColorModel::pcsValues(int index) const {
+    const icNamedColor2Entry& color = colors_.colors[static_cast<std::size_t>(index)];
+    return {pcsValueText(pcs_, 0, color.pcs[0]), pcsValueText(pcs_, 1, color.pcs[1]),
+            pcsValueText(pcs_, 2, color.pcs[2])};
+}
+
+std::vector<std::string> NamedColorModel::deviceValues(int index) const {
+    const icNamedColor2Entry& color = colors_.colors[static_cast<std::size_t>(index)];
+    std::vector<std::string> values;
+    for (std::uint32_t c = 0; c < visibleChannels() && c < color.device.size(); ++c)
+        values.push_back(deviceValueText(color.device[c]));
+    return values;
+}
+
 std::vector<std::string> NamedColorModel::colorLines(int index) const {
     std::vector<std::string> lines;
     if (index < 0 || index > maxIndex())
         return lines;
-    const icNamedColor2Entry& color = colors_.colors[static_cast<std::size_t>(index)];
     lines.push_back(formatText("Color #: %d", index));
-    lines.push_back("Root name: " + color.rootName);
+    lines.push_back("Root name: " + rootName(index));
     const auto labels = pcsLabels();
-    for (std::uint32_t i = 0; i < 3; ++i)
-        lines.push_back(std::string(labels[i]) + " " + pcsValueText(pcs_, i, color.pcs[i]));
-    for (std::uint32_t c = 0; c < visibleChannels() && c < color.device.size(); ++c)
-        lines.push_back(formatText("Channel %u: ", c) + deviceValueText(color.device[c]));
+    const auto pcs = pcsValues(index);
+    for (std::size_t i = 0; i < 3; ++i)
+        lines.push_back(std::string(labels[i]) + " " + pcs[i]);
+    const std::vector<std::string> device = deviceValues(index);
+    for (std::size_t c = 0; c < device.size(); ++c)
+        lines.push_back(formatText("Channel %u: ", unsigned(c)) + device[c]);
     return lines;
 }
 

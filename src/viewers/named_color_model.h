@@ -25,12 +25,18 @@ std::string pcsValueText(icSignature pcs, std::uint32_t channel, std::uint16_t v
 // "%5u (%3d)": the raw device value and its 8-bit equivalent, rounded half up.
 std::string deviceValueText(std::uint16_t value);
 
+// The labels of the header fields, in the dialog's order.
+inline constexpr std::array<std::string_view, 5> kNamedColorHeaderLabels{
+    "Vendor specific flag:", "Count of named colors:", "Number of device planes:",
+    "Prefix of each color name:", "Suffix of each color name:"};
+
 class NamedColorModel {
 public:
     NamedColorModel(const icNamedColor2& colors, icSignature pcs);
 
-    // "Vendor specific flag:", "Count of named colors:", "Number of device planes:", "Prefix
-    // of each color name:", "Suffix of each color name:" with their values.
+    // The values of the header fields: "%#x", "%u", "%u", "%s", "%s".
+    std::array<std::string, 5> headerValues() const;
+    // Each header label with its value.
     std::vector<std::string> headerLines() const;
     // "CIE X:"... for an XYZ PCS, "CIE L*:"... otherwise.
     std::array<std::string_view, 3> pcsLabels() const;
@@ -45,7 +51,13 @@ public:
     int index() const { return index_; }
     // The highest index the scroll bar and the box accept.
     int maxIndex() const;
-    // "Color #:", "Root name:", the three PCS lines and one "Channel N:" line per device plane.
+    // Colour `index` (which must be shown): its root name, its three PCS values and one value
+    // per visible device channel.
+    const std::string& rootName(int index) const;
+    std::array<std::string, 3> pcsValues(int index) const;
+    std::vector<std::string> deviceValues(int index) const;
+    // "Color #:", "Root name:", the three PCS lines and one "Channel N:" line per device plane;
+    // nothing for an index without a colour.
     std::vector<std::string> colorLines(int index) const;
     // What veltrino-cli prints for `viewer namedcolor`: the header, then every colour.
     std::vector<std::string> lines() const;

@@ -6,6 +6,8 @@
 #include "viewers/curve_model.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 
 icChromaticity chromaticity(double X, double Y, double Z) {
     const double s = X + Y + Z;
@@ -58,6 +60,13 @@ std::array<icChromaticity, 3> srgbPrimaries() {
             chromaticity(0.14307, 0.06061, 0.7141)};
 }
 
+ChromaticityMapping chromaticityDiagramMapping(icPlotArea bounds) {
+    const icPlotArea area = insetArea(bounds, kDiagramLabelRoom + kDiagramLeftMargin,
+                                      kDiagramTopMargin, kDiagramRightMargin, kDiagramBottomStrip);
+    return ChromaticityMapping(area.width, area.height,
+                               {bounds.left + kDiagramLabelRoom, area.top});
+}
+
 std::array<icPlotPoint, 37> ChromaticityMapping::locus() const {
     std::array<icPlotPoint, 37> points;
     for (std::size_t i = 0; i < points.size(); ++i)
@@ -81,6 +90,27 @@ void XyzModel::setXYZ(double X, double Y, double Z) {
     X_ = X;
     Y_ = Y;
     Z_ = Z;
+}
+
+void XyzModel::setXYZ(std::string_view X, std::string_view Y, std::string_view Z) {
+    setXYZ(parseValueText(X), parseValueText(Y), parseValueText(Z));
+}
+
+double XyzModel::parseValueText(std::string_view text) {
+    // Read as the C library's atof would, but free of the process locale: leading blanks, an
+    // optional sign, then as much of a number as there is. A decimal comma, as a user of such a
+    // locale types it, counts as the point.
+    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
+        text.remove_prefix(1);
+    if (!text.empty() && text.front() == '+')
+        text.remove_prefix(1);
+    std::string number(text);
+    std::replace(number.begin(), number.end(), ',', '.');
+    double value = 0;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (error != std::errc() || !std::isfinite(value))
+        return 0;
+    return value;
 }
 
 std::string XyzModel::valueText(double v) const {

@@ -3,6 +3,8 @@
 // triangle, and the mapping of a chromaticity into the plot.
 #pragma once
 
+#include "viewers/plot_mapping.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -46,25 +48,33 @@ inline constexpr double kDiagramRange = 1.0;
 inline constexpr icRgb8 kTrianglePen{128, 128, 128};
 inline constexpr int kValueRadius = 7;
 
-struct icPlotPoint {
-    double x = 0, y = 0;
-};
+// The diagram inside its widget: room for the y axis labels left of the mapping's own 20-pixel
+// margin, a strip of 20 pixels under the plot for the x axis labels, and a little air above and
+// to the right.
+inline constexpr double kDiagramLabelRoom = 14;
+inline constexpr double kDiagramBottomStrip = 20;
+inline constexpr double kDiagramTopMargin = 10;
+inline constexpr double kDiagramRightMargin = 12;
 
-// The plot area of the diagram: width and height in pixels (client size less 150 and 20).
 class ChromaticityMapping {
 public:
-    ChromaticityMapping(double width, double height) : width_(width), height_(height) {}
-    icPlotPoint map(icChromaticity c) const {
-        return {c.x * (width_ / kDiagramRange) + kDiagramLeftMargin,
-                height_ - c.y * (height_ / kDiagramRange)};
-    }
+    // A plot area of `width` by `height` pixels in a client area whose top left corner is
+    // `origin`: x = x * width + 20, y = height - y * height, both from the origin.
+    ChromaticityMapping(double width, double height, icPlotPoint origin = {})
+        : mapping_({origin.x + kDiagramLeftMargin, origin.y, width, height}, kDiagramRange,
+                   kDiagramRange) {}
+    icPlotPoint map(icChromaticity c) const { return mapping_.map(c.x, c.y); }
+    const icPlotMapping& mapping() const { return mapping_; }
     // The locus mapped point by point, and the triangle red, green, blue, red.
     std::array<icPlotPoint, 37> locus() const;
     std::array<icPlotPoint, 4> srgbTriangle() const;
 
 private:
-    double width_, height_;
+    icPlotMapping mapping_;
 };
+
+// The mapping of a diagram that fills `bounds` (its whole widget).
+ChromaticityMapping chromaticityDiagramMapping(icPlotArea bounds);
 
 // The viewer's state: the three values being edited and the title.
 class XyzModel {
@@ -77,6 +87,10 @@ public:
     double Y() const { return Y_; }
     double Z() const { return Z_; }
     void setXYZ(double X, double Y, double Z);
+    // The texts of the X, Y and Z boxes as the user left them, each read as its leading number
+    // (a box without one counts as 0).
+    void setXYZ(std::string_view X, std::string_view Y, std::string_view Z);
+    static double parseValueText(std::string_view text);
 
     // From the values, not from the rounded texts of the boxes.
     icChromaticity chromaticity() const { return ::chromaticity(X_, Y_, Z_); }

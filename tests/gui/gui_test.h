@@ -3,10 +3,15 @@
 #pragma once
 
 #include "app/prompt_service.h"
+#include "viewers/dump_clut_dialog.h"
 
+#include <QLineEdit>
+#include <QObject>
+#include <QPushButton>
 #include <QStringList>
 
 #include <deque>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,11 +35,39 @@ public:
     std::optional<std::string> askSavePath(const FileDialogRequest& request) override {
         return answer(request);
     }
+    // The real "Import/Export CLUT" dialog, driven without its modal loop: the next scripted
+    // folder is typed into its box and OK clicked (Cancel for nullopt). The folder it proposed
+    // on opening is kept.
+    std::optional<std::string> askClutFolder(std::uint32_t mode) override {
+        CDumpCLUT dialog(mode);
+        auto* box = dialog.findChild<QLineEdit*>(QStringLiteral("folderEdit"));
+        clutFolderRequests.push_back({mode, box->text().toStdString()});
+        std::optional<std::string> folder;
+        if (!clutFolders.empty()) {
+            folder = clutFolders.front();
+            clutFolders.pop_front();
+        }
+        if (folder)
+            box->setText(QString::fromStdString(*folder));
+        dialog
+            .findChild<QPushButton*>(folder ? QStringLiteral("okButton")
+                                            : QStringLiteral("cancelButton"))
+            ->click();
+        if (dialog.result() != QDialog::Accepted)
+            return std::nullopt;
+        return dialog.folder();
+    }
 
     // The boxes seen so far, as "KIND | CAPTION | TEXT", forgotten once taken.
     QStringList take() { return std::exchange(boxes, {}); }
 
-    std::deque<std::optional<std::string>> answers; // nullopt: the user cancels
+    std::deque<std::optional<std::string>> answers;     // nullopt: the user cancels
+    std::deque<std::optional<std::string>> clutFolders; // likewise, for the CLUT folder dialog
+    struct ClutFolderRequest {
+        std::uint32_t mode;
+        std::string proposed;
+    };
+    std::vector<ClutFolderRequest> clutFolderRequests;
     std::vector<FileDialogRequest> requests;
     QStringList boxes;
     std::vector<std::pair<std::string, std::vector<std::string>>> dumps;
@@ -50,3 +83,15 @@ private:
         return next;
     }
 };
+
+// Test classes of the other files of gui_tests register here (a static
+// `const bool registered = registerGuiTest<MyTest>();`); main() runs them after its own.
+using GuiTestFactory = std::unique_ptr<QObject> (*)();
+inline std::vector<GuiTestFactory>& guiTestClasses() {
+    static std::vector<GuiTestFactory> classes;
+    return classes;
+}
+template <class T> bool registerGuiTest() {
+    guiTestClasses().push_back([]() -> std::unique_ptr<QObject> { return std::make_unique<T>(); });
+    return true;
+}

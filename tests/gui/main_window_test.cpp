@@ -416,7 +416,10 @@ int main(int argc, char** argv) {
     app.setOrganizationName(QLatin1String(kOrganisationName));
     app.setApplicationName(QLatin1String(kApplicationName));
     MainWindowTest test;
-    return QTest::qExec(&test, argc, argv);
+    int failures = QTest::qExec(&test, argc, argv);
+    for (GuiTestFactory make : guiTestClasses())
+        failures += QTest::qExec(make().get(), argc, argv);
+    return failures;
 }
 
 #include "main_window_test.moc"

@@ -1,0 +1,284 @@
+#include "viewers/lut_property_sheet.h"
+
+#include "app/prompt_service.h"
+#include "catalogue/text_format.h"
+#include "lutio/exchange_procedures.h"
+#include "tagtypes/lut16_type.h"
+#include "viewers/clut_node_controls.h"
+#include "viewers/curve_plot.h"
+#include "viewers/dump_clut_model.h"
+#include "viewers/lut_exchange.h"
+#include "viewers/sheet_parts.h"
+
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include <new>
+#include <optional>
+#include <string>
+#include <vector>
+
+// ---- "LUT Info" -------------------------------------------------------------------------------
+
+CiccLutPropertyPage1::CiccLutPropertyPage1(LutModel& model, QWidget* parent)
+    : QWidget(parent), model_(model), export_(new QPushButton(tr("Export..."), this)),
+      import_(new QPushButton(tr("Import..."), this)) {
+    static constexpr const char* kNames[] = {"lutTypeValue",       "inputChannelsValue",
+                                             "inputEntriesValue",  "outputChannelsValue",
+                                             "outputEntriesValue", "clutPointsValue"};
+    const std::vector<std::string> lines = model_.lines();
+    auto* form = new QFormLayout;
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+        values_[i] = readOnlyBox(this, QLatin1String(kNames[i]));
+        form->addRow(splitLabelLine(lines[i]).first, values_[i]);
+    }
+
+    auto* matrix = new QGridLayout;
+    for (std::size_t i = 0; i < matrix_.size(); ++i) {
+        matrix_[i] = readOnlyBox(this, QStringLiteral("matrix%1").arg(i));
+        matrix_[i]->setAlignment(Qt::AlignRight);
+        matrix->addWidget(matrix_[i], int(i / 3), int(i % 3));
+    }
+    form->addRow(tr("Matrix:"), matrix);
+
+    export_->setObjectName(QStringLiteral("exportButton"));
+    import_->setObjectName(QStringLiteral("importButton"));
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(export_);
+    buttons->addWidget(import_);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(form);
+    layout->addStretch();
+    layout->addLayout(buttons);
+    refresh();
+}
+
+void CiccLutPropertyPage1::refresh() {
+    const std::vector<std::string> lines = model_.lines();
+    for (std::size_t i = 0; i < values_.size(); ++i)
+        values_[i]->setText(splitLabelLine(lines[i]).second);
+    // After "Matrix:" come three rows of three "%f" values.
+    for (std::size_t row = 0; row < 3; ++row) {
+        const QStringList cells = sheetText(lines[7 + row]).split(QLatin1Char(' '));
+        for (std::size_t col = 0; col < 3; ++col)
+            matrix_[3 * row + col]->setText(cells.value(qsizetype(col)));
+    }
+}
+
+// ---- "Input Channels" and "Output Channels" ---------------------------------------------------
+
+CiccLutCurvePage::CiccLutCurvePage(LutModel& model, bool input, QWidget* parent)
+    : QWidget(parent), model_(model), input_(input), plot_(new CCurvePlot(this)),
+      points_(new QLabel(this)) {
+    points_->setObjectName(QStringLiteral("pointsLabel"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(plot_, 1);
+    layout->addWidget(points_, 0, Qt::AlignRight);
+}
+
+icStatus CiccLutCurvePage::refresh() {
+    try {
+        const icLutCurveSet set = input_ ? model_.inputCurves() : model_.outputCurves();
+        icCurvePlotData data;
+        data.valueScale = set.fullScale;
+        // The tables run over entries 0 .. entries - 1 and values 0 .. full scale.
+        data.inputAxisEnd = set.entries > 1 ? set.entries - 1 : 1;
+        data.outputAxisEnd = set.fullScale;
+        for (std::size_t c = 0; c < set.channels.size(); ++c) {
+            data.curves.emplace_back(set.channels[c].begin(), set.channels[c].end());
+            data.labels.push_back(formatText("Channel #%d", static_cast<int>(c)));
+        }
+        plot_->setData(std::move(data));
+        points_->setText(sheetText(formatText("%d points", static_cast<int>(set.entries))));
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+    return icOk;
+}
+
+// ---- "CLUT" -----------------------------------------------------------------------------------
+
+CiccLutPropertyPage3::CiccLutPropertyPage3(LutModel& model, PromptService& prompts, QWidget* parent)
+    : QWidget(parent), model_(model), prompts_(prompts), nodes_(new ClutNodeControls(this)) {
+    connect(nodes_, &ClutNodeControls::scrollRequested, this, &CiccLutPropertyPage3::scroll);
+
+    auto* valueBox = new QGroupBox(tr("Output Values"), this);
+    auto* grid = new QGridLayout(valueBox);
+    for (std::size_t o = 0; o < kLutPageChannels; ++o) {
+        rowLabels_[o] = new QLabel(QStringLiteral("#%1").arg(o), valueBox);
+        values_[o] = new QLineEdit(valueBox);
+        values_[o]->setObjectName(QStringLiteral("value%1").arg(o));
+        values_[o]->setFixedWidth(
+            values_[o]->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 12);
+        notes_[o] = new QLabel(valueBox);
+        notes_[o]->setObjectName(QStringLiteral("note%1").arg(o));
+        notes_[o]->setMinimumWidth(
+            notes_[o]->fontMetrics().horizontalAdvance(QStringLiteral("(100x2.55)")));
+        // Two columns of six rows keep the page short enough for twelve outputs.
+        const int row = int(o % 6), col = int(o / 6) * 3;
+        grid->addWidget(rowLabels_[o], row, col);
+        grid->addWidget(values_[o], row, col + 1);
+        grid->addWidget(notes_[o], row, col + 2);
+    }
+    auto* accept = new QPushButton(tr("Accept Change"), valueBox);
+    accept->setObjectName(QStringLiteral("acceptButton"));
+    connect(accept, &QPushButton::clicked, this, &CiccLutPropertyPage3::acceptChange);
+    grid->addWidget(accept, 6, 0, 1, 6, Qt::AlignRight);
+
+    auto* nodeBox = new QGroupBox(tr("Input Channels (grid node)"), this);
+    auto* nodeLayout = new QVBoxLayout(nodeBox);
+    nodeLayout->addWidget(nodes_);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(nodeBox, 1);
+    layout->addWidget(valueBox);
+    refresh();
+}
+
+void CiccLutPropertyPage3::activate() {
+    // The page goes on after the warning; the channels beyond its controls stay at node 0.
+    if (const auto warning = model_.clutPageWarning())
+        prompts_.stop(kCaption, *warning);
+    refresh();
+}
+
+void CiccLutPropertyPage3::refresh() {
+    const int inputs = int(model_.visibleInputs());
+    nodes_->setVisibleChannels(inputs);
+    const QString highest = sheetText(model_.highestNodeText());
+    for (int c = 0; c < inputs; ++c) {
+        nodes_->setChannel(c, int(model_.gridPoints()) - 1, highest);
+        nodes_->showIndex(c, int(model_.nodeIndex(std::uint32_t(c))),
+                          sheetText(model_.nodeIndexText(std::uint32_t(c))));
+    }
+    const std::uint32_t outputs = model_.visibleOutputs();
+    for (std::uint32_t o = 0; o < kLutPageChannels; ++o) {
+        rowLabels_[o]->setVisible(o < outputs);
+        values_[o]->setVisible(o < outputs);
+        notes_[o]->setVisible(o < outputs);
+    }
+    showValues();
+}
+
+void CiccLutPropertyPage3::scroll(int channel, icScrollRequest request, int thumb) {
+    if (model_.scroll(std::uint32_t(channel), request, thumb) != icOk)
+        return;
+    nodes_->showIndex(channel, int(model_.nodeIndex(std::uint32_t(channel))),
+                      sheetText(model_.nodeIndexText(std::uint32_t(channel))));
+    showValues();
+}
+
+void CiccLutPropertyPage3::showValues() {
+    const std::vector<icNodeValueText> values = model_.nodeValues();
+    for (std::size_t o = 0; o < values.size() && o < kLutPageChannels; ++o) {
+        values_[o]->setText(sheetText(values[o].value));
+        notes_[o]->setText(sheetText(values[o].second));
+    }
+}
+
+void CiccLutPropertyPage3::acceptChange() {
+    std::vector<std::string> boxes;
+    for (std::uint32_t o = 0; o < model_.visibleOutputs(); ++o)
+        boxes.push_back(values_[o]->text().toStdString());
+    // The boxes keep what was typed; the stored (clamped) values show when the page is shown
+    // again.
+    (void)model_.acceptChange(boxes);
+}
+
+// ---- the sheet ---------------------------------------------------------------------------------
+
+CiccLutPropertySheet::CiccLutPropertySheet(iccLut8Type* lut8, iccLut16Type* lut16,
+                                           icSignature outputSpace, std::string_view caption,
+                                           PromptService& prompts, QWidget* parent)
+    : QDialog(parent), lut8_(lut8), lut16_(lut8 ? nullptr : lut16),
+      model_(lut8_, lut16_, outputSpace), prompts_(prompts), pages_(new QTabWidget(this)) {
+    setWindowTitle(sheetText(caption.empty() ? kLutDefaultCaption : caption));
+    setModal(true);
+
+    info_ = new CiccLutPropertyPage1(model_, pages_);
+    inputs_ = new CiccLutPropertyPage2(model_, pages_);
+    clut_ = new CiccLutPropertyPage3(model_, prompts_, pages_);
+    outputs_ = new CiccLutPropertyPage4(model_, pages_);
+    info_->setObjectName(QStringLiteral("infoPage"));
+    inputs_->setObjectName(QStringLiteral("inputCurvesPage"));
+    clut_->setObjectName(QStringLiteral("clutPage"));
+    outputs_->setObjectName(QStringLiteral("outputCurvesPage"));
+    pages_->setObjectName(QStringLiteral("pages"));
+    pages_->addTab(info_, tr("LUT Info"));
+    pages_->addTab(inputs_, tr("Input Channels"));
+    pages_->addTab(clut_, tr("CLUT"));
+    pages_->addTab(outputs_, tr("Output Channels"));
+    connect(pages_, &QTabWidget::currentChanged, this, &CiccLutPropertySheet::pageActivated);
+    connect(info_->exportButton(), &QPushButton::clicked, this, &CiccLutPropertySheet::exportTable);
+    connect(info_->importButton(), &QPushButton::clicked, this, &CiccLutPropertySheet::importTable);
+    // Only running out of memory for the plots stops the sheet from opening.
+    if (inputs_->refresh() == icErrNoMemory || outputs_->refresh() == icErrNoMemory)
+        setupStatus_ = icErrNoMemory;
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(pages_);
+    addOkCancel(*this, *layout);
+    resize(720, 560);
+}
+
+void CiccLutPropertySheet::pageActivated(int index) {
+    // Each page shows the table as it stands when it comes to the front.
+    QWidget* page = pages_->widget(index);
+    if (page == info_)
+        info_->refresh();
+    else if (page == clut_)
+        clut_->activate();
+    else if (page == inputs_)
+        (void)inputs_->refresh();
+    else if (page == outputs_)
+        (void)outputs_->refresh();
+}
+
+void CiccLutPropertySheet::refreshAll() {
+    info_->refresh();
+    (void)inputs_->refresh();
+    clut_->refresh();
+    (void)outputs_->refresh();
+}
+
+void CiccLutPropertySheet::exportTable() {
+    (void)runExchange(this, prompts_, kClutFolderLutMode, tr("Exporting the table..."),
+                      [this](Presenter& boxes, const std::string& folder) {
+                          return lut8_ ? runLutExport(boxes, *lut8_, folder)
+                                       : runLutExport(boxes, *lut16_, folder);
+                      });
+}
+
+void CiccLutPropertySheet::importTable() {
+    // The folder is imported into a copy; the shown table takes it only when the whole import
+    // succeeded, so a failure at any step leaves it as it was.
+    std::optional<iccLut8Type> work8;
+    std::optional<iccLut16Type> work16;
+    const auto import = [&](Presenter& boxes, const std::string& folder) {
+        if (lut8_)
+            return runLutImport(boxes, work8.emplace(*lut8_), folder);
+        return runLutImport(boxes, work16.emplace(*lut16_), folder);
+    };
+    const auto finish = [&](icStatus status) {
+        if (status != icOk)
+            return;
+        if (lut8_)
+            *lut8_ = std::move(*work8);
+        else
+            *lut16_ = std::move(*work16);
+        model_.markModified();
+        model_.clampNodes();
+        refreshAll();
+    };
+    (void)runExchange(this, prompts_, kClutFolderLutMode, tr("Importing the table..."), import,
+                      finish);
+}

@@ -1,0 +1,132 @@
+// The lut8/lut16 viewer: a property sheet of four pages over one table. "LUT Info" shows the
+// dimensions and the matrix and exports or imports the table as a folder; "Input Channels" and
+// "Output Channels" plot the channel tables; "CLUT" walks the grid node by node and changes the
+// output values of a node.
+#pragma once
+
+#include "profile/byte_io.h"
+#include "profile/status.h"
+#include "viewers/lut_model.h"
+
+#include <QDialog>
+#include <QWidget>
+
+#include <array>
+#include <string_view>
+
+class CCurvePlot;
+class ClutNodeControls;
+class PromptService;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTabWidget;
+class iccLut8Type;
+class iccLut16Type;
+
+// "LUT Info".
+class CiccLutPropertyPage1 : public QWidget {
+    Q_OBJECT
+public:
+    CiccLutPropertyPage1(LutModel& model, QWidget* parent = nullptr);
+    void refresh();
+
+    QPushButton* exportButton() const { return export_; }
+    QPushButton* importButton() const { return import_; }
+
+private:
+    LutModel& model_;
+    std::array<QLineEdit*, 6> values_{};
+    std::array<QLineEdit*, 9> matrix_{};
+    QPushButton* export_;
+    QPushButton* import_;
+};
+
+// The plot of one side's tables, every channel in one diagram.
+class CiccLutCurvePage : public QWidget {
+    Q_OBJECT
+public:
+    CiccLutCurvePage(LutModel& model, bool input, QWidget* parent = nullptr);
+    // -10 when the plot data cannot be built; the plot then keeps what it showed.
+    [[nodiscard]] icStatus refresh();
+
+private:
+    LutModel& model_;
+    bool input_;
+    CCurvePlot* plot_;
+    QLabel* points_;
+};
+
+// "Input Channels".
+class CiccLutPropertyPage2 : public CiccLutCurvePage {
+    Q_OBJECT
+public:
+    explicit CiccLutPropertyPage2(LutModel& model, QWidget* parent = nullptr)
+        : CiccLutCurvePage(model, true, parent) {}
+};
+
+// "CLUT".
+class CiccLutPropertyPage3 : public QWidget {
+    Q_OBJECT
+public:
+    CiccLutPropertyPage3(LutModel& model, PromptService& prompts, QWidget* parent = nullptr);
+    // What the page does each time it is brought to the front: the warning for tables wider than
+    // its controls, then the controls and the current node's values.
+    void activate();
+    void refresh();
+
+private:
+    void scroll(int channel, icScrollRequest request, int thumb);
+    void showValues();
+    void acceptChange();
+
+    LutModel& model_;
+    PromptService& prompts_;
+    ClutNodeControls* nodes_;
+    std::array<QLabel*, kLutPageChannels> rowLabels_{};
+    std::array<QLineEdit*, kLutPageChannels> values_{};
+    std::array<QLabel*, kLutPageChannels> notes_{};
+};
+
+// "Output Channels".
+class CiccLutPropertyPage4 : public CiccLutCurvePage {
+    Q_OBJECT
+public:
+    explicit CiccLutPropertyPage4(LutModel& model, QWidget* parent = nullptr)
+        : CiccLutCurvePage(model, false, parent) {}
+};
+
+class CiccLutPropertySheet : public QDialog {
+    Q_OBJECT
+public:
+    // Exactly one of the two tables; `outputSpace` is the colour space of its outputs. Boxes and
+    // the folder dialog go through `prompts`.
+    CiccLutPropertySheet(iccLut8Type* lut8, iccLut16Type* lut16, icSignature outputSpace,
+                         std::string_view caption, PromptService& prompts,
+                         QWidget* parent = nullptr);
+
+    // Raised by "Accept Change" and by a successful import; the caller writes the table back
+    // when the sheet closes with OK and this is set.
+    bool modified() const { return model_.modified(); }
+    // Not 0 when the sheet could not be built (-10: no memory for the plots).
+    icStatus setupStatus() const { return setupStatus_; }
+
+    QTabWidget* pages() const { return pages_; }
+
+private:
+    void pageActivated(int index);
+    void refreshAll();
+    void exportTable();
+    void importTable();
+
+    iccLut8Type* lut8_;
+    iccLut16Type* lut16_;
+    LutModel model_;
+    PromptService& prompts_;
+    icStatus setupStatus_ = icOk;
+    QTabWidget* pages_;
+    CiccLutPropertyPage1* info_;
+    CiccLutPropertyPage2* inputs_;
+    CiccLutPropertyPage3* clut_;
+    CiccLutPropertyPage4* outputs_;
+};
