@@ -74,6 +74,17 @@ std::vector<std::string> numberCurveLabels(std::vector<std::string> labels) {
     return labels;
 }
 
+std::string tableAxisLabel(int line, double range) {
+    return formatText("%d", static_cast<int>(line * (range / kCurvePlotDivisions)));
+}
+
+int tableCurveShift(std::size_t index, std::size_t count) {
+    int shift = -static_cast<int>(count / 2);
+    for (std::size_t c = 0; c <= index; ++c)
+        shift += static_cast<int>(c % 3);
+    return shift;
+}
+
 icStatus buildCurvePlot(std::span<const iccCurveElement> curves, std::uint32_t points,
                         icCurvePlotData& out) {
     out = {};

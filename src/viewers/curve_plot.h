@@ -1,6 +1,7 @@
 // The curve plot: one or several tone curves over a 0..1 input axis on a grid, with a legend of
 // their labels. The curve viewer shows one curve in it, the lookup-table viewers' curve pages
-// one curve per channel.
+// one curve per channel; the lut8/lut16 pages draw their channel tables in the plot's table
+// style, over table entries and stored values.
 //
 // Drawing is a plain function over a painter, so the widget, a screenshot and the tests paint
 // the very same picture; the widget only keeps the data and repaints.
@@ -19,9 +20,9 @@
 class QPainter;
 class iccCurveElement;
 
-// Paints the plot into `bounds` (axis labels included): grid, axes labelled "%g" in fractions of
-// the data's axis ends, each curve in its colour, and the legend in the top left corner. A plot
-// without curves says "No data" in its middle.
+// Paints the plot into `bounds` (axis labels and, in the table style, the legend strip
+// included): grid and axis labels, each curve in its colour, and the legend, laid out as
+// data.style says (see icCurvePlotStyle). A plot without curves says "No data" in its middle.
 void drawCurvePlot(QPainter& painter, const QRectF& bounds, const icCurvePlotData& data);
 
 // The mapping drawCurvePlot uses for `bounds`.

@@ -77,28 +77,29 @@ void CiccLutPropertyPage1::refresh() {
 // ---- "Input Channels" and "Output Channels" ---------------------------------------------------
 
 CiccLutCurvePage::CiccLutCurvePage(LutModel& model, bool input, QWidget* parent)
-    : QWidget(parent), model_(model), input_(input), plot_(new CCurvePlot(this)),
-      points_(new QLabel(this)) {
-    points_->setObjectName(QStringLiteral("pointsLabel"));
+    : QWidget(parent), model_(model), input_(input), plot_(new CCurvePlot(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(plot_, 1);
-    layout->addWidget(points_, 0, Qt::AlignRight);
+}
+
+QString CiccLutCurvePage::pointsText() const {
+    return sheetText(plot_->data().legendFooter);
 }
 
 icStatus CiccLutCurvePage::refresh() {
     try {
         const icLutCurveSet set = input_ ? model_.inputCurves() : model_.outputCurves();
         icCurvePlotData data;
-        data.valueScale = set.fullScale;
+        data.style = icCurvePlotStyle::table;
         // The tables run over entries 0 .. entries - 1 and values 0 .. full scale.
-        data.inputAxisEnd = set.entries > 1 ? set.entries - 1 : 1;
-        data.outputAxisEnd = set.fullScale;
+        data.valueScale = set.fullScale;
+        data.inputRange = set.entries > 1 ? set.entries - 1 : 1;
         for (std::size_t c = 0; c < set.channels.size(); ++c) {
             data.curves.emplace_back(set.channels[c].begin(), set.channels[c].end());
             data.labels.push_back(formatText("Channel #%d", static_cast<int>(c)));
         }
+        data.legendFooter = formatText("%d points", static_cast<int>(set.entries));
         plot_->setData(std::move(data));
-        points_->setText(sheetText(formatText("%d points", static_cast<int>(set.entries))));
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;
     }

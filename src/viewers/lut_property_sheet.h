@@ -49,12 +49,13 @@ public:
     CiccLutCurvePage(LutModel& model, bool input, QWidget* parent = nullptr);
     // -10 when the plot data cannot be built; the plot then keeps what it showed.
     [[nodiscard]] icStatus refresh();
+    // "%d points" with the number of table entries, as the legend closes with it.
+    QString pointsText() const;
 
 private:
     LutModel& model_;
     bool input_;
     CCurvePlot* plot_;
-    QLabel* points_;
 };
 
 // "Input Channels".

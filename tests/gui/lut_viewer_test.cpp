@@ -317,8 +317,13 @@ void LutViewerTest::lut16LabTextsCurvesAndCancel() {
                                                       "Channel #3"}));
         QCOMPARE(in.valueScale, 65535.0);
         QCOMPARE(in.curves[3].back(), double(tag.inputTables[3 * 256 + 255]));
-        QCOMPARE(text(inputs, "pointsLabel"), "256 points");
-        QCOMPARE(text(*sheet.pages()->widget(3), "pointsLabel"), "2 points");
+        QCOMPARE(in.style, icCurvePlotStyle::table);
+        QCOMPARE(in.inputRange, 255.0);
+        const auto points = [&](int page) {
+            return qobject_cast<CiccLutCurvePage*>(sheet.pages()->widget(page))->pointsText();
+        };
+        QCOMPARE(points(1), "256 points");
+        QCOMPARE(points(3), "2 points");
 
         sheet.pages()->setCurrentIndex(2);
         QWidget& clut = *sheet.pages()->currentWidget();

@@ -27,6 +27,7 @@
 
 #include <fstream>
 #include <functional>
+#include <numeric>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -328,6 +329,55 @@ private slots:
             const icPlotMapping sized = curvePlotMapping(QRectF(plot.rect()), data);
             QVERIFY(lineAt(image, sized.map(0.8, 0.8 * 65535), curvePlotColor(0, 2), 10));
         }
+    }
+
+    void curvePlotTableStyleSetsEqualTablesApart() {
+        // Three channels holding the same ramp, as the RGB outputs of many 8-bit tables do.
+        std::vector<double> ramp(256);
+        std::iota(ramp.begin(), ramp.end(), 0.0);
+        icCurvePlotData data;
+        data.style = icCurvePlotStyle::table;
+        data.valueScale = 255;
+        data.inputRange = 255;
+        data.curves = {ramp, ramp, ramp};
+        data.labels = {"Channel #0", "Channel #1", "Channel #2"};
+        data.legendFooter = "256 points";
+        const QRectF bounds(0, 0, 480, 360);
+        const icPlotMapping m = curvePlotMapping(bounds, data);
+        QImage image(480, 360, QImage::Format_RGB32);
+        QPainter painter(&image);
+        drawCurvePlot(painter, bounds, data);
+        painter.end();
+
+        // Along the row of value 128 each channel shows in a column of its own, left to right
+        // as the shifts go.
+        const int row = int(m.map(0, 128).y);
+        std::vector<int> columns;
+        for (std::size_t c = 0; c < 3; ++c) {
+            int found = -1;
+            for (int x = int(m.area().left); found < 0 && x < int(m.area().right()); ++x)
+                if (near(image.pixelColor(x, row), curvePlotColor(c, 3), 0))
+                    found = x;
+            columns.push_back(found);
+        }
+        QVERIFY2(
+            columns[0] >= 0 && columns[0] < columns[1] && columns[1] < columns[2],
+            qPrintable(QStringLiteral("%1 %2 %3").arg(columns[0]).arg(columns[1]).arg(columns[2])));
+
+        // A grey grid on every tenth, the frame itself grey rather than dark.
+        const QColor grey(0x80, 0x80, 0x80);
+        QVERIFY(lineAt(image, m.map(0.3 * 255, 0.15 * 255), grey, 0));
+        QVERIFY(lineAt(image, m.map(0, 0.15 * 255), grey, 0));
+        QVERIFY(!lineAt(image, m.map(0.35 * 255, 0.15 * 255), grey, 30));
+
+        // The legend right of the plot: a line per channel in its colour, then the footer.
+        const double right = m.area().right();
+        for (std::size_t c = 0; c < 3; ++c)
+            QVERIFY(lineAt(image, {right + 20, kTableLegendTop + kTableLegendRowStep * double(c)},
+                           curvePlotColor(c, 3), 0));
+        const double footer = kTableLegendTop + kTableLegendRowStep * 2 + kTableLegendFooterGap;
+        QVERIFY(darkPixels(image, QRect(int(right + kTableLegendTextStart), int(footer) - 7, 80,
+                                        14)) > 20);
     }
 
     void xyzWriteBackOnSrgb() {

@@ -7,14 +7,26 @@ namespace {
 
 TEST(PlotMapping, CurvePlotAndDiagramShareOneMapping) {
     // 52 pixels on the left and 30 below are the axis labels' room.
-    const icPlotMapping curve = curvePlotMapping(icPlotArea{10, 5, 474, 344}, 255);
+    icCurvePlotData eightBit;
+    eightBit.valueScale = 255;
+    const icPlotMapping curve = curvePlotMapping(icPlotArea{10, 5, 474, 344}, eightBit);
     EXPECT_DOUBLE_EQ(curve.map(0, 0).x, 62);
     EXPECT_DOUBLE_EQ(curve.map(0, 0).y, 5 + 344 - 30);
     EXPECT_DOUBLE_EQ(curve.map(1, 255).x, 10 + 474 - 22);
     EXPECT_DOUBLE_EQ(curve.map(1, 255).y, 5 + 14);
     EXPECT_DOUBLE_EQ(curve.map(0.5, 127.5).y, 5 + 14 + 150);
     // A window too small for its margins still maps every value onto a pixel.
-    EXPECT_DOUBLE_EQ(curvePlotMapping(icPlotArea{0, 0, 20, 20}, 65535).area().width, 1);
+    EXPECT_DOUBLE_EQ(curvePlotMapping(icPlotArea{0, 0, 20, 20}, icCurvePlotData{}).area().width, 1);
+
+    // A table's plot runs over its entries and leaves the legend strip on the right: the last of
+    // 256 entries at the strip's edge.
+    icCurvePlotData table = eightBit;
+    table.style = icCurvePlotStyle::table;
+    table.inputRange = 255;
+    const icPlotMapping entries = curvePlotMapping(icPlotArea{10, 5, 474, 344}, table);
+    EXPECT_DOUBLE_EQ(entries.map(0, 0).x, 62);
+    EXPECT_DOUBLE_EQ(entries.map(255, 255).x, 10 + 474 - kTablePlotLegendStrip);
+    EXPECT_DOUBLE_EQ(entries.map(255, 255).y, 5 + 14);
 
     // The diagram: x * width + 20, height - y * height, from the label room and the top margin.
     const ChromaticityMapping diagram = chromaticityDiagramMapping(icPlotArea{0, 0, 446, 430});
@@ -47,6 +59,37 @@ TEST(CurvePlotData, UnplottableCurvesKeepTheirLabels) {
 
     EXPECT_EQ(numberCurveLabels({"one"}), std::vector<std::string>{"one"});
     EXPECT_EQ(numberCurveLabels({"a", "b"}), (std::vector<std::string>{"#0: a", "#1: b"}));
+}
+
+TEST(CurvePlotData, TableAxesAndShifts) {
+    // Every grid line is labelled with the integer part of its value, never rounded up.
+    std::vector<std::string> eightBit, sixteenBit, twoEntries;
+    for (int i = 0; i <= kCurvePlotDivisions; ++i) {
+        eightBit.push_back(tableAxisLabel(i, 255));
+        sixteenBit.push_back(tableAxisLabel(i, 65535));
+        twoEntries.push_back(tableAxisLabel(i, 1));
+    }
+    EXPECT_EQ(eightBit, (std::vector<std::string>{"0", "25", "51", "76", "102", "127", "153", "178",
+                                                  "204", "229", "255"}));
+    EXPECT_EQ(sixteenBit[3], "19660");
+    EXPECT_EQ(sixteenBit[5], "32767");
+    EXPECT_EQ(sixteenBit[10], "65535");
+    EXPECT_EQ(twoEntries,
+              (std::vector<std::string>{"0", "0", "0", "0", "0", "0", "0", "0", "0", "0", "1"}));
+
+    // Equal tables of neighbouring channels never share a column: RGB -1, 0, 2; CMYK's equal
+    // C, M and Y -2, -1, 1.
+    const auto shifts = [](std::size_t count) {
+        std::vector<int> out;
+        for (std::size_t c = 0; c < count; ++c)
+            out.push_back(tableCurveShift(c, count));
+        return out;
+    };
+    EXPECT_EQ(shifts(1), std::vector<int>{0});
+    EXPECT_EQ(shifts(2), (std::vector<int>{-1, 0}));
+    EXPECT_EQ(shifts(3), (std::vector<int>{-1, 0, 2}));
+    EXPECT_EQ(shifts(4), (std::vector<int>{-2, -1, 1, 1}));
+    EXPECT_EQ(shifts(7), (std::vector<int>{-3, -2, 0, 0, 1, 3, 3}));
 }
 
 TEST(XyzModel, BoxesReadTheirLeadingNumber) {
