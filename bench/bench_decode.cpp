@@ -5,6 +5,7 @@
 // The tables are written by Little CMS (lut16, lutAToB and lutBToA encodings of pipelines with
 // curves and an 81-point CLUT), about 30 MB in all, so both readers work on tables that another
 // CMM encoded; our own writer lays them out into one profile.
+#include "bench_support.h"
 #include "profile/profile.h"
 #include "tagtypes/lut16_type.h"
 #include "tagtypes/lut_atob_type.h"
@@ -13,10 +14,8 @@
 #include <lcms2.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -176,32 +175,6 @@ void decodeLcms(benchmark::State& state, const std::string& path) {
     state.SetBytesProcessed(state.iterations() * std::int64_t(fs::file_size(path)));
 }
 
-// Keeps the best CPU time of each benchmark: on a shared machine wall time mostly measures the
-// neighbours.
-class BestTimes : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred)
-                continue;
-            auto [it, added] =
-                best.try_emplace(run.run_name.function_name, run.GetAdjustedCPUTime());
-            if (!added)
-                it->second = std::min(it->second, run.GetAdjustedCPUTime());
-        }
-    }
-    void printRatio(const std::string& name, const std::string& baseline) const {
-        const auto a = best.find(name), b = best.find(baseline);
-        if (a == best.end() || b == best.end() || b->second <= 0)
-            std::printf("ratio %s / %s = n/a\n", name.c_str(), baseline.c_str());
-        else
-            std::printf("ratio %s / %s = %.2f\n", name.c_str(), baseline.c_str(),
-                        a->second / b->second);
-    }
-    std::map<std::string, double> best;
-};
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -231,8 +204,8 @@ int main(int argc, char** argv) {
 
     std::printf("\nprofile: %.1f MB of lut16, lutAToB and lutBToA tables\n",
                 fs::file_size(path) / 1048576.0);
-    reporter.printRatio("decode/veltrino", "decode/fread");
-    reporter.printRatio("decode/veltrino", "decode/lcms");
+    reporter.printRatio("decode/veltrino / decode/fread", "decode/veltrino", "decode/fread");
+    reporter.printRatio("decode/veltrino / decode/lcms", "decode/veltrino", "decode/lcms");
     fs::remove_all(dir);
     return 0;
 }

@@ -5,18 +5,15 @@
 // The table has 4 inputs, 3 outputs and 33 grid points: 33^4 = 1,185,921 CLUT lines, a folder of
 // about 30 MB of text. The peak memory of an import is measured in a child process that does
 // nothing else, and set against the folder's size.
+#include "bench_support.h"
 #include "lutio/lut_folder.h"
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -104,28 +101,6 @@ void importFread(benchmark::State& state, const iccLut16Type&, const fs::path& f
     state.SetBytesProcessed(state.iterations() * std::int64_t(folderBytes(folder)));
 }
 
-// Prints as usual and keeps each benchmark's best CPU time per iteration (user and system time
-// of the benchmark thread, so the kernel's copies count; wall time on a shared machine mostly
-// measures the neighbours).
-class BestTimes : public benchmark::ConsoleReporter {
-public:
-    BestTimes() : ConsoleReporter(isatty(STDOUT_FILENO) ? OO_Defaults : OO_Tabular) {}
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
-                // Seconds per iteration, whatever unit the run was reported in.
-                const double seconds = run.cpu_accumulated_time / double(run.iterations);
-                auto [it, added] = best.try_emplace(run.run_name.function_name, seconds);
-                if (!added)
-                    it->second = std::min(it->second, seconds);
-            }
-    }
-
-    std::map<std::string, double> best;
-};
-
 void printPair(const BestTimes& times, const char* ours, const char* baseline, double bytes) {
     const auto a = times.best.find(ours), b = times.best.find(baseline);
     if (a == times.best.end() || b == times.best.end() || a->second <= 0 || b->second <= 0) {
@@ -134,39 +109,6 @@ void printPair(const BestTimes& times, const char* ours, const char* baseline, d
     }
     std::printf("%-16s %8.1f MB/s   %-14s %8.1f MB/s   ratio %.2f\n", ours, bytes / a->second / 1e6,
                 baseline, bytes / b->second / 1e6, a->second / b->second);
-}
-
-// Forks a child that only imports the folder. The child inherits this process's pages, hence
-// the baseline it reports before importing; the difference is what the import needed.
-std::pair<long, long> importPeakKb(const fs::path& folder) {
-    int fds[2];
-    if (pipe(fds) != 0)
-        return {-1, -1};
-    const pid_t pid = fork();
-    if (pid < 0)
-        return {-1, -1};
-    if (pid == 0) {
-        close(fds[0]);
-        rusage usage{};
-        getrusage(RUSAGE_SELF, &usage);
-        const long baseline = usage.ru_maxrss;
-        iccLut16Type lut;
-        const bool imported = ImportLut16Folder(lut, folder) == icOk;
-        const bool sent = write(fds[1], &baseline, sizeof baseline) == sizeof baseline;
-        _exit(imported && sent ? 0 : 1);
-    }
-    close(fds[1]);
-    long baseline = -1;
-    if (read(fds[0], &baseline, sizeof baseline) != sizeof baseline)
-        baseline = -1;
-    close(fds[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    rusage children{};
-    getrusage(RUSAGE_CHILDREN, &children);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
-        return {-1, -1};
-    return {baseline, children.ru_maxrss};
 }
 
 } // namespace
@@ -190,7 +132,10 @@ int main(int argc, char** argv) {
     // The child of the memory measurement should start from a small process.
     const iccLut16Type& table = *lut;
     malloc_trim(0);
-    const auto [baselineKb, peakKb] = importPeakKb(folder);
+    const auto [baselineKb, peakKb, imported] = measureChildPeak([&folder] {
+        iccLut16Type fresh;
+        return ImportLut16Folder(fresh, folder) == icOk;
+    });
 
     const auto add = [&](const char* name,
                          void (*fn)(benchmark::State&, const iccLut16Type&, const fs::path&)) {
@@ -202,7 +147,7 @@ int main(int argc, char** argv) {
     add("import/veltrino", importVeltrino);
     add("import/fread", importFread);
 
-    BestTimes times;
+    BestTimes times(BestTimes::terminalOptions());
     benchmark::RunSpecifiedBenchmarks(&times);
     benchmark::Shutdown();
 
@@ -212,7 +157,7 @@ int main(int argc, char** argv) {
                 table.rawSize());
     printPair(times, "export/veltrino", "export/fwrite", bytes);
     printPair(times, "import/veltrino", "import/fread", bytes);
-    if (peakKb >= 0)
+    if (imported)
         std::printf("import peak memory: +%.1f MB over the child's %.1f MB start, %.2f x the "
                     "folder's text\n",
                     (peakKb - baselineKb) / 1024.0, baselineKb / 1024.0,

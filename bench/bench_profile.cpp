@@ -6,6 +6,7 @@
 // The profile (over 20 MB: a description and twenty lut16 tags of about 1 MB) is written once
 // into a temporary folder with our own writer. The peak memory of a load is measured in a child
 // process that does nothing else.
+#include "bench_support.h"
 #include "profile/byte_io.h"
 #include "profile/profile.h"
 
@@ -13,15 +14,12 @@
 #include <lcms2.h>
 #include <malloc.h>
 #include <openssl/evp.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -184,77 +182,6 @@ void saveMd5(benchmark::State& state, const std::string& path) {
     state.SetBytesProcessed(state.iterations() * std::int64_t(bytes.size()));
 }
 
-// Prints as usual and keeps the best CPU time of each benchmark for the ratios. CPU time of the
-// benchmark thread (user and system, so page faults and copies count) rather than wall time:
-// the file comes from the page cache, and on a busy machine wall time mostly measures the
-// neighbours.
-class TimingReporter : public benchmark::ConsoleReporter {
-public:
-    TimingReporter() : ConsoleReporter(isatty(STDOUT_FILENO) ? OO_Defaults : OO_Tabular) {}
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred)
-                continue;
-            const double time = run.GetAdjustedCPUTime();
-            auto [it, added] = best_.try_emplace(run.run_name.function_name, time);
-            if (!added)
-                it->second = std::min(it->second, time);
-        }
-    }
-
-    void printRatio(const char* label, const std::string& name, const std::string& baseline) {
-        const auto a = best_.find(name), b = best_.find(baseline);
-        if (a == best_.end() || b == best_.end() || b->second <= 0)
-            std::printf("ratio %s = n/a\n", label);
-        else
-            std::printf("ratio %s = %.2f\n", label, a->second / b->second);
-    }
-
-private:
-    std::map<std::string, double> best_;
-};
-
-struct LoadMemory {
-    long baselineKb = -1; // the child's peak resident set before it loads
-    long peakKb = -1;     // its peak resident set after loading
-    bool loaded = false;
-};
-
-// Forks a child that only loads the profile. The child inherits this process's pages, hence
-// the baseline it reports before loading; the difference is what the load itself needed.
-LoadMemory measureLoadMemory(const std::string& path) {
-    LoadMemory result;
-    int fds[2];
-    if (pipe(fds) != 0)
-        return result;
-    const pid_t pid = fork();
-    if (pid < 0)
-        return result;
-    if (pid == 0) {
-        close(fds[0]);
-        rusage usage{};
-        getrusage(RUSAGE_SELF, &usage);
-        const long baseline = usage.ru_maxrss;
-        iccProfileRW profile;
-        const bool loaded = profile.loadFromFile(path) == icOk;
-        const bool sent = write(fds[1], &baseline, sizeof baseline) == sizeof baseline;
-        _exit(loaded && sent ? 0 : 1);
-    }
-    close(fds[1]);
-    if (read(fds[0], &result.baselineKb, sizeof result.baselineKb) != sizeof result.baselineKb)
-        result.baselineKb = -1;
-    close(fds[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    rusage children{};
-    getrusage(RUSAGE_CHILDREN, &children);
-    result.peakKb = children.ru_maxrss;
-    result.loaded = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    return result;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -273,7 +200,11 @@ int main(int argc, char** argv) {
     // Hand the writer's freed memory back, so the child of the memory measurement starts small.
     malloc_trim(0);
     const std::uintmax_t fileSize = fs::file_size(path);
-    const LoadMemory memory = measureLoadMemory(path);
+    // The child only loads the profile.
+    const ChildPeak memory = measureChildPeak([&path] {
+        iccProfileRW profile;
+        return profile.loadFromFile(path) == icOk;
+    });
 
     const auto add = [&](const char* name, void (*fn)(benchmark::State&, const std::string&)) {
         benchmark::RegisterBenchmark(name, fn, path)->Unit(benchmark::kMillisecond);
@@ -284,7 +215,8 @@ int main(int argc, char** argv) {
     add("save/veltrino", saveVeltrino);
     add("save/md5", saveMd5);
 
-    TimingReporter reporter;
+    // The file comes from the page cache, so CPU time is what loading costs.
+    BestTimes reporter(BestTimes::terminalOptions());
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
 
@@ -293,7 +225,7 @@ int main(int argc, char** argv) {
     reporter.printRatio("load/fread", "load/veltrino", "load/fread");
     reporter.printRatio("load/lcms", "load/veltrino", "load/lcms");
     reporter.printRatio("save/md5", "save/veltrino", "save/md5");
-    if (memory.loaded)
+    if (memory.ok)
         std::printf("load peak memory: child maxrss %ld KB before loading, %ld KB after "
                     "(+%.1f MB for a %.1f MB file, %.2f x file size)\n",
                     memory.baselineKb, memory.peakKb, (memory.peakKb - memory.baselineKb) / 1024.0,

@@ -6,5 +6,5 @@ int main(int argc, char** argv) {
     if (wantsScreenshot(argc, argv) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     CVeltrinoApp app(argc, argv);
-    return app.run();
+    return app.InitInstance();
 }

@@ -1,5 +1,6 @@
 #include "app/qt_presenter.h"
 
+#include "app/about_dialog.h"
 #include "tagtypes/xyz_type.h"
 #include "viewers/curve_dialog.h"
 #include "viewers/dump_clut_dialog.h"
@@ -70,7 +71,8 @@ void QtPresenter::showHexDump(std::string_view caption, const std::vector<std::s
 }
 
 void QtPresenter::about(std::string_view caption, std::string_view text) {
-    QMessageBox::about(parent_, toQString(caption), toQString(text));
+    CAboutDlg dialog(caption, text, parent_);
+    dialog.exec();
 }
 
 std::optional<std::string> QtPresenter::askOpenPath(const FileDialogRequest& request) {

@@ -68,7 +68,7 @@ CVeltrinoApp::CVeltrinoApp(int& argc, char** argv) : QApplication(argc, argv) {
     setApplicationName(QLatin1String(kApplicationName));
 }
 
-int CVeltrinoApp::run() {
+int CVeltrinoApp::InitInstance() {
     const StartOptions options = parseStartOptions(arguments());
     QSettings settings;
     if (options.screenshotPath) {

@@ -28,5 +28,5 @@ public:
     CVeltrinoApp(int& argc, char** argv);
 
     // Runs the main window modally and returns the exit code.
-    int run();
+    int InitInstance();
 };

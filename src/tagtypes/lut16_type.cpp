@@ -302,7 +302,6 @@ icStatus iccMftLutType<Value>::initializeTables(std::uint32_t inputs, std::uint3
         clear();
         return s;
     }
-    readCommonHeader();
     return rebuild();
 }
 

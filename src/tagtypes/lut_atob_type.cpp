@@ -33,6 +33,16 @@ bool validStructure(const icMlutElements& e) {
 
 // ---- iccClut --------------------------------------------------------------------------------
 
+void iccClut::adopt(std::vector<std::uint8_t>&& bytes, std::uint32_t inputs, std::uint32_t outputs,
+                    std::uint8_t precision, std::uint64_t values, std::uint64_t size) {
+    bytes[16] = precision;
+    bytes_ = std::move(bytes);
+    inputs_ = inputs;
+    outputs_ = outputs;
+    valueCount_ = static_cast<std::uint32_t>(values);
+    byteSize_ = static_cast<std::uint32_t>(size);
+}
+
 icStatus iccClut::init(std::uint32_t inputs, std::uint32_t outputs, std::uint8_t precision,
                        std::span<const std::uint8_t> gridPoints) {
     if (inputs > kMaxInputs || gridPoints.size() < inputs)
@@ -49,12 +59,7 @@ icStatus iccClut::init(std::uint32_t inputs, std::uint32_t outputs, std::uint8_t
         return icErrNoMemory;
     }
     std::copy(grid.begin(), grid.end(), bytes.begin());
-    bytes[16] = precision;
-    bytes_ = std::move(bytes);
-    inputs_ = inputs;
-    outputs_ = outputs;
-    valueCount_ = static_cast<std::uint32_t>(values);
-    byteSize_ = static_cast<std::uint32_t>(size);
+    adopt(std::move(bytes), inputs, outputs, precision, values, size);
     return icOk;
 }
 
@@ -82,12 +87,7 @@ icStatus iccClut::set(std::uint32_t inputs, std::uint32_t outputs, std::uint8_t 
         return icErrNoMemory;
     }
     std::fill(bytes.begin() + inputs, bytes.begin() + kHeaderSize, std::uint8_t(0));
-    bytes[16] = precision;
-    bytes_ = std::move(bytes);
-    inputs_ = inputs;
-    outputs_ = outputs;
-    valueCount_ = static_cast<std::uint32_t>(values);
-    byteSize_ = static_cast<std::uint32_t>(size);
+    adopt(std::move(bytes), inputs, outputs, precision, values, size);
     return icOk;
 }
 
@@ -338,7 +338,6 @@ icStatus iccMlutType::rebuild() {
     }
     if (icStatus s = adoptEncoded(std::move(bytes)); s != icOk)
         return s;
-    readCommonHeader();
     offsetB = static_cast<std::uint32_t>(newB);
     offsetMatrix = static_cast<std::uint32_t>(newMatrix);
     offsetM = static_cast<std::uint32_t>(newM);

@@ -56,6 +56,10 @@ public:
 
 private:
     std::size_t bytesHeader() const { return byteSize_ >= kHeaderSize ? kHeaderSize : 0; }
+    // Takes a table built by init or set (size rounded up to four, grid points in place) with
+    // its precision byte, value count and byte size; both checked below 4 GiB by the caller.
+    void adopt(std::vector<std::uint8_t>&& bytes, std::uint32_t inputs, std::uint32_t outputs,
+               std::uint8_t precision, std::uint64_t values, std::uint64_t size);
 
     std::uint32_t inputs_ = 0;
     std::uint32_t outputs_ = 0;

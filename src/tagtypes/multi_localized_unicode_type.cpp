@@ -93,10 +93,7 @@ icStatus iccMultiLocalizedUnicodeType::rebuild() {
         const std::size_t n = std::min(room, strings[i].size());
         std::copy_n(strings[i].begin(), n, bytes.begin() + static_cast<std::ptrdiff_t>(at));
     }
-    if (icStatus s = adoptEncoded(std::move(bytes)); s != icOk)
-        return s;
-    readCommonHeader();
-    return icOk;
+    return adoptEncoded(std::move(bytes));
 }
 
 icStatus iccMultiLocalizedUnicodeType::setRecord(std::uint32_t index, const icNameRecord& record) {

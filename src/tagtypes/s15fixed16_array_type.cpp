@@ -46,17 +46,13 @@ icStatus iccS15Fixed16ArrayType::decode() {
 }
 
 icStatus iccS15Fixed16ArrayType::rebuild() {
-    std::vector<std::uint8_t> bytes;
-    try {
-        bytes.reserve(encodedSize());
-        iccWriter w(bytes);
-        w.sig(kSignature);
-        w.u32(0);
+    const auto fields = [this](iccWriter& w) {
         for (std::int32_t v : values)
             w.u32(static_cast<std::uint32_t>(v));
-    } catch (const std::bad_alloc&) {
-        return icErrNoMemory;
-    }
+    };
+    std::vector<std::uint8_t> bytes;
+    if (icStatus s = encodeFields(bytes, fields); s != icOk)
+        return s;
     return setData(bytes);
 }
 
@@ -75,10 +71,7 @@ icStatus iccChromaticAdaptationType::rebuild() {
     std::vector<std::uint8_t> bytes;
     if (icStatus s = encodeMatrix(matrix, bytes); s != icOk)
         return s;
-    if (icStatus s = adoptEncoded(std::move(bytes)); s != icOk)
-        return s;
-    readCommonHeader();
-    return icOk;
+    return adoptEncoded(std::move(bytes));
 }
 
 icStatus iccChromaticAdaptationType::setFromSourceWhite(double x, double y, double z) {

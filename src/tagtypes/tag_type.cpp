@@ -140,5 +140,6 @@ icStatus iccTagType::adoptEncoded(std::vector<std::uint8_t>&& bytes) {
         return icErrNoMemory;
     }
     raw_ = std::move(bytes);
+    readCommonHeader();
     return icOk;
 }

@@ -6,6 +6,7 @@
 #include "profile/status.h"
 
 #include <cstdint>
+#include <new>
 #include <span>
 #include <vector>
 
@@ -79,8 +80,25 @@ protected:
     void readCommonHeader();
     // -1001 unless the held type signature is the type's own.
     icStatus checkSignature() const { return typeSig_ == ownSignature_ ? icOk : icErrBadProfile; }
-    // Takes freshly encoded bytes as the raw bytes; -10 on allocation failure.
+    // Takes freshly encoded bytes as the raw bytes and reads their common header; -10 on
+    // allocation failure.
     icStatus adoptEncoded(std::vector<std::uint8_t>&& bytes);
+    // Writes the type's own signature and a zero reserved word, then whatever `body` writes with
+    // the iccWriter it is given, into `bytes` reserved for encodedSize(); -10 on allocation
+    // failure.
+    template <class Body>
+    icStatus encodeFields(std::vector<std::uint8_t>& bytes, Body&& body) const {
+        try {
+            bytes.reserve(encodedSize());
+            iccWriter w(bytes);
+            w.sig(ownSignature_);
+            w.u32(0);
+            body(w);
+        } catch (const std::bad_alloc&) {
+            return icErrNoMemory;
+        }
+        return icOk;
+    }
     // Runs after a load: decode, then the decoded fields must fit the raw size.
     icStatus decodeLoaded(icStatus loaded);
 

@@ -55,12 +55,7 @@ icStatus iccTextDescriptionType::decode() {
 icStatus iccTextDescriptionType::rebuild() {
     if (rawSize_ == 0)
         return icErrGeneral;
-    std::vector<std::uint8_t> bytes;
-    try {
-        bytes.reserve(encodedSize());
-        iccWriter w(bytes);
-        w.sig(kSignature);
-        w.u32(0);
+    const auto fields = [this](iccWriter& w) {
         w.u32(asciiCount);
         w.bytes(std::span(ascii).first(std::min<std::size_t>(ascii.size(), asciiCount)));
         w.zeros(asciiCount - std::min<std::size_t>(ascii.size(), asciiCount));
@@ -71,13 +66,11 @@ icStatus iccTextDescriptionType::rebuild() {
         w.u16(scriptCode);
         w.u8(scriptCount);
         w.bytes(scriptText);
-    } catch (const std::bad_alloc&) {
-        return icErrNoMemory;
-    }
-    if (icStatus s = adoptEncoded(std::move(bytes)); s != icOk)
+    };
+    std::vector<std::uint8_t> bytes;
+    if (icStatus s = encodeFields(bytes, fields); s != icOk)
         return s;
-    readCommonHeader();
-    return icOk;
+    return adoptEncoded(std::move(bytes));
 }
 
 icStatus iccTextDescriptionType::setFromAscii(std::string_view text) {

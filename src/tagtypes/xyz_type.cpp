@@ -1,7 +1,5 @@
 #include "tagtypes/xyz_type.h"
 
-#include <new>
-
 void iccXYZType::clear() {
     iccTagType::clear();
     X = Y = Z = 0;
@@ -23,18 +21,10 @@ icStatus iccXYZType::decode() {
 icStatus iccXYZType::setXYZ(double x, double y, double z) {
     if (rawSize_ < encodedSize()) {
         std::vector<std::uint8_t> bytes;
-        try {
-            bytes.reserve(encodedSize());
-            iccWriter w(bytes);
-            w.sig(kSignature);
-            w.u32(0);
-            w.zeros(12);
-        } catch (const std::bad_alloc&) {
-            return icErrNoMemory;
-        }
+        if (icStatus s = encodeFields(bytes, [](iccWriter& w) { w.zeros(12); }); s != icOk)
+            return s;
         if (icStatus s = adoptEncoded(std::move(bytes)); s != icOk)
             return s;
-        readCommonHeader();
     }
     X = x;
     Y = y;

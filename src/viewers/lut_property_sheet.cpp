@@ -6,6 +6,7 @@
 #include "tagtypes/lut16_type.h"
 #include "viewers/clut_node_controls.h"
 #include "viewers/curve_plot.h"
+#include "viewers/dialog_widgets.h"
 #include "viewers/dump_clut_model.h"
 #include "viewers/lut_exchange.h"
 #include "viewers/sheet_parts.h"
@@ -13,7 +14,6 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -28,8 +28,9 @@
 // ---- "LUT Info" -------------------------------------------------------------------------------
 
 CiccLutPropertyPage1::CiccLutPropertyPage1(LutModel& model, QWidget* parent)
-    : QWidget(parent), model_(model), export_(new QPushButton(tr("Export..."), this)),
-      import_(new QPushButton(tr("Import..."), this)) {
+    : QWidget(parent), model_(model),
+      export_(namedButton(tr("Export..."), QStringLiteral("exportButton"), this)),
+      import_(namedButton(tr("Import..."), QStringLiteral("importButton"), this)) {
     static constexpr const char* kNames[] = {"lutTypeValue",       "inputChannelsValue",
                                              "inputEntriesValue",  "outputChannelsValue",
                                              "outputEntriesValue", "clutPointsValue"};
@@ -48,17 +49,10 @@ CiccLutPropertyPage1::CiccLutPropertyPage1(LutModel& model, QWidget* parent)
     }
     form->addRow(tr("Matrix:"), matrix);
 
-    export_->setObjectName(QStringLiteral("exportButton"));
-    import_->setObjectName(QStringLiteral("importButton"));
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(export_);
-    buttons->addWidget(import_);
-
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addStretch();
-    layout->addLayout(buttons);
+    layout->addLayout(buttonRow(export_, import_));
     refresh();
 }
 
@@ -130,8 +124,7 @@ CiccLutPropertyPage3::CiccLutPropertyPage3(LutModel& model, PromptService& promp
         grid->addWidget(values_[o], row, col + 1);
         grid->addWidget(notes_[o], row, col + 2);
     }
-    auto* accept = new QPushButton(tr("Accept Change"), valueBox);
-    accept->setObjectName(QStringLiteral("acceptButton"));
+    auto* accept = namedButton(tr("Accept Change"), QStringLiteral("acceptButton"), valueBox);
     connect(accept, &QPushButton::clicked, this, &CiccLutPropertyPage3::acceptChange);
     grid->addWidget(accept, 6, 0, 1, 6, Qt::AlignRight);
 
@@ -209,15 +202,11 @@ CiccLutPropertySheet::CiccLutPropertySheet(iccLut8Type* lut8, iccLut16Type* lut1
     inputs_ = new CiccLutPropertyPage2(model_, pages_);
     clut_ = new CiccLutPropertyPage3(model_, prompts_, pages_);
     outputs_ = new CiccLutPropertyPage4(model_, pages_);
-    info_->setObjectName(QStringLiteral("infoPage"));
-    inputs_->setObjectName(QStringLiteral("inputCurvesPage"));
-    clut_->setObjectName(QStringLiteral("clutPage"));
-    outputs_->setObjectName(QStringLiteral("outputCurvesPage"));
     pages_->setObjectName(QStringLiteral("pages"));
-    pages_->addTab(info_, tr("LUT Info"));
-    pages_->addTab(inputs_, tr("Input Channels"));
-    pages_->addTab(clut_, tr("CLUT"));
-    pages_->addTab(outputs_, tr("Output Channels"));
+    addPage(*pages_, info_, QStringLiteral("infoPage"), tr("LUT Info"));
+    addPage(*pages_, inputs_, QStringLiteral("inputCurvesPage"), tr("Input Channels"));
+    addPage(*pages_, clut_, QStringLiteral("clutPage"), tr("CLUT"));
+    addPage(*pages_, outputs_, QStringLiteral("outputCurvesPage"), tr("Output Channels"));
     connect(pages_, &QTabWidget::currentChanged, this, &CiccLutPropertySheet::pageActivated);
     connect(info_->exportButton(), &QPushButton::clicked, this, &CiccLutPropertySheet::exportTable);
     connect(info_->importButton(), &QPushButton::clicked, this, &CiccLutPropertySheet::importTable);

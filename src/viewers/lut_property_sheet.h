@@ -42,7 +42,8 @@ private:
     QPushButton* import_;
 };
 
-// The plot of one side's tables, every channel in one diagram.
+// The plot of one side's tables, every channel in one diagram: "Input Channels" or "Output
+// Channels".
 class CiccLutCurvePage : public QWidget {
     Q_OBJECT
 public:
@@ -60,10 +61,16 @@ private:
 
 // "Input Channels".
 class CiccLutPropertyPage2 : public CiccLutCurvePage {
-    Q_OBJECT
 public:
     explicit CiccLutPropertyPage2(LutModel& model, QWidget* parent = nullptr)
         : CiccLutCurvePage(model, true, parent) {}
+};
+
+// "Output Channels".
+class CiccLutPropertyPage4 : public CiccLutCurvePage {
+public:
+    explicit CiccLutPropertyPage4(LutModel& model, QWidget* parent = nullptr)
+        : CiccLutCurvePage(model, false, parent) {}
 };
 
 // "CLUT".
@@ -87,14 +94,6 @@ private:
     std::array<QLabel*, kLutPageChannels> rowLabels_{};
     std::array<QLineEdit*, kLutPageChannels> values_{};
     std::array<QLabel*, kLutPageChannels> notes_{};
-};
-
-// "Output Channels".
-class CiccLutPropertyPage4 : public CiccLutCurvePage {
-    Q_OBJECT
-public:
-    explicit CiccLutPropertyPage4(LutModel& model, QWidget* parent = nullptr)
-        : CiccLutCurvePage(model, false, parent) {}
 };
 
 class CiccLutPropertySheet : public QDialog {
@@ -127,7 +126,7 @@ private:
     icStatus setupStatus_ = icOk;
     QTabWidget* pages_;
     CiccLutPropertyPage1* info_;
-    CiccLutPropertyPage2* inputs_;
+    CiccLutCurvePage* inputs_;
     CiccLutPropertyPage3* clut_;
-    CiccLutPropertyPage4* outputs_;
+    CiccLutCurvePage* outputs_;
 };

@@ -5,6 +5,7 @@
 #include "tagtypes/lut_atob_type.h"
 #include "viewers/clut_node_controls.h"
 #include "viewers/curve_plot.h"
+#include "viewers/dialog_widgets.h"
 #include "viewers/dump_clut_model.h"
 #include "viewers/lut_exchange.h"
 #include "viewers/sheet_parts.h"
@@ -12,7 +13,6 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -35,8 +35,8 @@ constexpr int kCurveStripHeight = 20;
 
 CLutB2APropertyPage1::CLutB2APropertyPage1(MlutModel& model, QWidget* parent)
     : QWidget(parent), model_(model), typeLabel_(new QLabel(this)),
-      export_(new QPushButton(tr("Export..."), this)),
-      import_(new QPushButton(tr("Import..."), this)) {
+      export_(namedButton(tr("Export..."), QStringLiteral("exportButton"), this)),
+      import_(namedButton(tr("Import..."), QStringLiteral("importButton"), this)) {
     static constexpr const char* kNames[] = {
         "chainValue",   "inputChannelsValue", "outputChannelsValue", "bCurvesOffset",
         "matrixOffset", "mCurvesOffset",      "clutOffset",          "aCurvesOffset"};
@@ -56,18 +56,11 @@ CLutB2APropertyPage1::CLutB2APropertyPage1(MlutModel& model, QWidget* parent)
     for (std::size_t i = 3; i < values_.size(); ++i)
         offsetForm->addRow(splitLabelLine(lines[i]).first, values_[i]);
 
-    import_->setObjectName(QStringLiteral("importButton"));
-    export_->setObjectName(QStringLiteral("exportButton"));
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(import_);
-    buttons->addWidget(export_);
-
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addWidget(offsets);
     layout->addStretch();
-    layout->addLayout(buttons);
+    layout->addLayout(buttonRow(import_, export_));
     refresh();
 }
 
@@ -225,19 +218,13 @@ CLutB2APropertySheet::CLutB2APropertySheet(iccMlutType& lut, std::string_view ca
     mCurves_ = new CLutB2APropertyPage4(model_, pages_);
     clut_ = new CLutB2APropertyPage5(model_, prompts_, pages_);
     aCurves_ = new CLutB2APropertyPage6(model_, pages_);
-    info_->setObjectName(QStringLiteral("infoPage"));
-    bCurves_->setObjectName(QStringLiteral("bCurvesPage"));
-    matrix_->setObjectName(QStringLiteral("matrixPage"));
-    mCurves_->setObjectName(QStringLiteral("mCurvesPage"));
-    clut_->setObjectName(QStringLiteral("clutPage"));
-    aCurves_->setObjectName(QStringLiteral("aCurvesPage"));
     pages_->setObjectName(QStringLiteral("pages"));
-    pages_->addTab(info_, tr("LUT Info"));
-    pages_->addTab(bCurves_, tr("\"B\" Curve"));
-    pages_->addTab(matrix_, tr("Matrix"));
-    pages_->addTab(mCurves_, tr("\"M\" Curve"));
-    pages_->addTab(clut_, tr("Multidimensional LUT"));
-    pages_->addTab(aCurves_, tr("\"A\" Curve"));
+    addPage(*pages_, info_, QStringLiteral("infoPage"), tr("LUT Info"));
+    addPage(*pages_, bCurves_, QStringLiteral("bCurvesPage"), tr("\"B\" Curve"));
+    addPage(*pages_, matrix_, QStringLiteral("matrixPage"), tr("Matrix"));
+    addPage(*pages_, mCurves_, QStringLiteral("mCurvesPage"), tr("\"M\" Curve"));
+    addPage(*pages_, clut_, QStringLiteral("clutPage"), tr("Multidimensional LUT"));
+    addPage(*pages_, aCurves_, QStringLiteral("aCurvesPage"), tr("\"A\" Curve"));
     connect(pages_, &QTabWidget::currentChanged, this, &CLutB2APropertySheet::pageActivated);
     connect(info_->exportButton(), &QPushButton::clicked, this, &CLutB2APropertySheet::exportTable);
     connect(info_->importButton(), &QPushButton::clicked, this, &CLutB2APropertySheet::importTable);
@@ -267,9 +254,7 @@ icStatus CLutB2APropertySheet::refreshAll() {
     info_->refresh();
     matrix_->refresh();
     clut_->refresh();
-    for (CLutB2ACurvePage* page :
-         {static_cast<CLutB2ACurvePage*>(bCurves_), static_cast<CLutB2ACurvePage*>(mCurves_),
-          static_cast<CLutB2ACurvePage*>(aCurves_)})
+    for (CLutB2ACurvePage* page : {bCurves_, mCurves_, aCurves_})
         if (icStatus s = page->refresh(); s != icOk)
             return s;
     return icOk;

@@ -41,7 +41,8 @@ private:
     QPushButton* import_;
 };
 
-// One of the three curve sets, all its curves in one plot.
+// One of the three curve sets, all its curves in one plot: "\"B\" Curve", "\"M\" Curve" or
+// "\"A\" Curve".
 class CLutB2ACurvePage : public QWidget {
     Q_OBJECT
 public:
@@ -57,10 +58,23 @@ private:
 
 // "\"B\" Curve".
 class CLutB2APropertyPage2 : public CLutB2ACurvePage {
-    Q_OBJECT
 public:
     explicit CLutB2APropertyPage2(MlutModel& model, QWidget* parent = nullptr)
         : CLutB2ACurvePage(model, icMlutCurves::b, parent) {}
+};
+
+// "\"M\" Curve".
+class CLutB2APropertyPage4 : public CLutB2ACurvePage {
+public:
+    explicit CLutB2APropertyPage4(MlutModel& model, QWidget* parent = nullptr)
+        : CLutB2ACurvePage(model, icMlutCurves::m, parent) {}
+};
+
+// "\"A\" Curve".
+class CLutB2APropertyPage6 : public CLutB2ACurvePage {
+public:
+    explicit CLutB2APropertyPage6(MlutModel& model, QWidget* parent = nullptr)
+        : CLutB2ACurvePage(model, icMlutCurves::a, parent) {}
 };
 
 // "Matrix".
@@ -73,14 +87,6 @@ public:
 private:
     MlutModel& model_;
     std::array<QLineEdit*, 12> values_{};
-};
-
-// "\"M\" Curve".
-class CLutB2APropertyPage4 : public CLutB2ACurvePage {
-    Q_OBJECT
-public:
-    explicit CLutB2APropertyPage4(MlutModel& model, QWidget* parent = nullptr)
-        : CLutB2ACurvePage(model, icMlutCurves::m, parent) {}
 };
 
 // "Multidimensional LUT".
@@ -103,14 +109,6 @@ private:
     ClutNodeControls* nodes_;
     std::array<QLabel*, kMlutPageControls> rowLabels_{};
     std::array<QLineEdit*, kMlutPageControls> values_{};
-};
-
-// "\"A\" Curve".
-class CLutB2APropertyPage6 : public CLutB2ACurvePage {
-    Q_OBJECT
-public:
-    explicit CLutB2APropertyPage6(MlutModel& model, QWidget* parent = nullptr)
-        : CLutB2ACurvePage(model, icMlutCurves::a, parent) {}
 };
 
 class CLutB2APropertySheet : public QDialog {
@@ -140,9 +138,9 @@ private:
     icStatus setupStatus_ = icOk;
     QTabWidget* pages_;
     CLutB2APropertyPage1* info_;
-    CLutB2APropertyPage2* bCurves_;
+    CLutB2ACurvePage* bCurves_;
     CLutB2APropertyPage3* matrix_;
-    CLutB2APropertyPage4* mCurves_;
+    CLutB2ACurvePage* mCurves_;
     CLutB2APropertyPage5* clut_;
-    CLutB2APropertyPage6* aCurves_;
+    CLutB2ACurvePage* aCurves_;
 };

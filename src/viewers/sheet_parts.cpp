@@ -3,8 +3,9 @@
 #include <QBoxLayout>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QLineEdit>
+#include <QHBoxLayout>
 #include <QPushButton>
+#include <QTabWidget>
 
 QString sheetText(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -17,13 +18,6 @@ std::pair<QString, QString> splitLabelLine(const std::string& line) {
     return {sheetText(line.substr(0, colon + 1)), sheetText(line.substr(colon + 2))};
 }
 
-QLineEdit* readOnlyBox(QWidget* parent, const QString& objectName) {
-    auto* box = new QLineEdit(parent);
-    box->setObjectName(objectName);
-    box->setReadOnly(true);
-    return box;
-}
-
 void addOkCancel(QDialog& dialog, QBoxLayout& layout) {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
     buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("okButton"));
@@ -31,4 +25,23 @@ void addOkCancel(QDialog& dialog, QBoxLayout& layout) {
     QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
     layout.addWidget(buttons);
+}
+
+QPushButton* namedButton(const QString& text, const QString& objectName, QWidget* parent) {
+    auto* button = new QPushButton(text, parent);
+    button->setObjectName(objectName);
+    return button;
+}
+
+QHBoxLayout* buttonRow(QPushButton* first, QPushButton* second) {
+    auto* row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(first);
+    row->addWidget(second);
+    return row;
+}
+
+void addPage(QTabWidget& pages, QWidget* page, const QString& objectName, const QString& title) {
+    page->setObjectName(objectName);
+    pages.addTab(page, title);
 }

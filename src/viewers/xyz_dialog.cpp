@@ -1,6 +1,7 @@
 #include "viewers/xyz_dialog.h"
 
 #include "viewers/chromaticity_diagram.h"
+#include "viewers/dialog_widgets.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -35,9 +36,7 @@ CcieXYZDlg::CcieXYZDlg(double X, double Y, double Z, std::string_view title, QWi
     const char* chromaticityNames[] = {"chromaticityXEdit", "chromaticityYEdit"};
     const char* chromaticityLabels[] = {"x:", "y:"};
     for (int i = 0; i < 2; ++i) {
-        chromaticity_[i] = new QLineEdit(this);
-        chromaticity_[i]->setObjectName(QLatin1String(chromaticityNames[i]));
-        chromaticity_[i]->setReadOnly(true);
+        chromaticity_[i] = readOnlyBox(this, QLatin1String(chromaticityNames[i]));
         fields->addRow(QLatin1String(chromaticityLabels[i]), chromaticity_[i]);
     }
 

@@ -5,6 +5,7 @@
 #include "app/prompt_service.h"
 #include "viewers/dump_clut_dialog.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QObject>
 #include <QPushButton>
@@ -15,6 +16,18 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+template <class T = QLineEdit> T* get(QWidget& w, const QString& name) {
+    return w.findChild<T*>(name);
+}
+// The text of a line edit or label.
+inline QString text(QWidget& w, const QString& name) {
+    if (auto* edit = get(w, name))
+        return edit->text();
+    if (auto* label = get<QLabel>(w, name))
+        return label->text();
+    return "<no " + name + ">";
+}
 
 class ScriptedPrompts : public PromptService {
 public:

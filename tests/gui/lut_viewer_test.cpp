@@ -27,9 +27,7 @@
 
 #include <atomic>
 #include <chrono>
-#include <fstream>
 #include <functional>
-#include <sstream>
 #include <thread>
 
 namespace fs = std::filesystem;
@@ -81,16 +79,6 @@ struct Session {
     iccDocument document;
 };
 
-template <class T = QLineEdit> T* get(QWidget& w, const QString& name) {
-    return w.findChild<T*>(name);
-}
-QString text(QWidget& w, const QString& name) {
-    if (auto* edit = get(w, name))
-        return edit->text();
-    if (auto* label = get<QLabel>(w, name))
-        return label->text();
-    return "<no " + name + ">";
-}
 QStringList texts(QWidget& w, const QStringList& names) {
     QStringList out;
     for (const QString& name : names)
@@ -119,17 +107,12 @@ void click(QWidget& w, const char* button) {
     get<QPushButton>(w, button)->click();
 }
 
-std::string readText(const fs::path& path) {
-    std::stringstream s;
-    s << std::ifstream(path).rdbuf();
-    return s.str();
-}
 // Grid point 0 of a folder's clut.txt gets other values.
 void changeFirstGridPoint(const fs::path& folder, const std::string& line) {
     std::string clut = readText(folder / "clut.txt");
     const std::size_t first = clut.starts_with("0 ") ? 0 : clut.find("\n0 ") + 1;
     clut.replace(first, clut.find('\n', first) - first, line);
-    std::ofstream(folder / "clut.txt") << clut;
+    writeText(folder / "clut.txt", clut);
 }
 
 // An 'mAB ' or 'mBA ' with the elements asked for: B curves gamma 2.2, M curves of 3 points,
@@ -164,8 +147,7 @@ std::string profileWith(const std::string& name, icSignature tagSig, const Bytes
     b.header.version = 0x04300000;
     b.header.pcs = icSig("Lab ");
     b.tag(tagSig, tag);
-    writeBytes(scratchDir() / name, b.build());
-    return (scratchDir() / name).string();
+    return writeBytes(scratchDir() / name, b.build());
 }
 
 // One scroll request on a bar and the node index it must lead to.

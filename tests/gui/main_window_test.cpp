@@ -65,8 +65,7 @@ QList<QStringList> rowsOnDisk(const std::string& path, bool hexadecimal = false)
 }
 
 std::string writeProfile(const std::string& name, const Bytes& bytes) {
-    writeBytes(scratchDir() / name, bytes);
-    return (scratchDir() / name).string();
+    return writeBytes(scratchDir() / name, bytes);
 }
 
 // Version 2.4, flags 2, a stale Profile ID, no description and no copyright.

@@ -8,8 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
@@ -33,15 +31,6 @@ inline Bytes bytesOf(const iccCurveElement& curve) {
     if (held == nullptr)
         held = curve.parametric();
     return held ? Bytes(held->raw().begin(), held->raw().end()) : Bytes();
-}
-
-inline std::string readText(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-inline void writeText(const std::filesystem::path& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
 }
 
 // A fresh folder under the test run's scratch folder holding exactly these files.

@@ -1,8 +1,5 @@
-// Export and import end to end through veltrino-cli: every lookup table and curve of the
-// installed profiles, and version-4 tables written by Little CMS, come back as they were except
-// where a rule of the exchange files forbids it; a second round changes nothing the rules do not
-// change again; a hand-edited folder changes exactly what was edited; Little CMS still reads
-// every saved profile.
+// Export and import end to end through veltrino-cli, on the installed profiles and on tables
+// written by Little CMS, which must still read every saved profile.
 #include "lutio_testing.h"
 #include "profile/profile.h"
 #include "tagtypes/curve_type.h"
@@ -26,15 +23,9 @@ bool isCurve(icSignature type) {
     return type == icSig("curv") || type == icSig("para");
 }
 
-// What an export and an import make of a lut8/lut16 or curve encoding, by the rules that keep it
-// from coming back byte for byte:
-// - reserved and padding bytes are written as zero, and a curve's size no longer counts the
-//   padding after it;
-// - a negative s15Fixed16 value moves one unit toward zero each time it is encoded from a double
-//   ("add 0.5 and truncate toward zero"): once when its text, written with six decimals, is read
-//   back, and for a 'para' parameter once more each time the window's write-back re-encodes the
-//   curve from its doubles (iccParametricCurveType::rebuild): once for a curve tag, twice inside
-//   a lutAToB/lutBToA (whose rebuild rebuilds each curve and then asks it for its bytes).
+// What an export and an import make of a lut8/lut16 or curve encoding: reserved and padding
+// bytes become zero, and a negative s15Fixed16 moves one unit toward zero per encoding from a
+// double (reading its text, then each rebuild of a 'para': once in a curve tag, twice in an mlut).
 constexpr std::int32_t kParaEncodingsOfCurveTag = 2;
 constexpr std::int32_t kParaEncodingsInMlut = 3;
 

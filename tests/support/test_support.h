@@ -18,8 +18,11 @@ std::vector<std::filesystem::path> installedProfiles();
 // A scratch folder of the test run, created on first use.
 std::filesystem::path scratchDir();
 
+// The writers return the path as a string.
 Bytes readBytes(const std::filesystem::path& path);
-void writeBytes(const std::filesystem::path& path, const Bytes& bytes);
+std::string writeBytes(const std::filesystem::path& path, const Bytes& bytes);
+std::string readText(const std::filesystem::path& path);
+std::string writeText(const std::filesystem::path& path, const std::string& text);
 
 // Tag bytes: the type signature, four zero bytes and the payload.
 Bytes tagBytes(icSignature type, const Bytes& payload = {});

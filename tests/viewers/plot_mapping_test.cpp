@@ -28,14 +28,12 @@ TEST(PlotMapping, CurvePlotAndDiagramShareOneMapping) {
     EXPECT_DOUBLE_EQ(entries.map(255, 255).x, 10 + 474 - kTablePlotLegendStrip);
     EXPECT_DOUBLE_EQ(entries.map(255, 255).y, 5 + 14);
 
-    // The diagram: x * width + 20, height - y * height, from the label room and the top margin.
+    // The diagram: a 400 x 400 square inside the label room and margins.
     const ChromaticityMapping diagram = chromaticityDiagramMapping(icPlotArea{0, 0, 446, 430});
-    const double width = 446 - kDiagramLabelRoom - kDiagramLeftMargin - kDiagramRightMargin;
-    const double height = 430 - kDiagramTopMargin - kDiagramBottomStrip;
-    EXPECT_DOUBLE_EQ(diagram.map({0, 0}).x, kDiagramLabelRoom + 20);
-    EXPECT_DOUBLE_EQ(diagram.map({0, 0}).y, kDiagramTopMargin + height);
-    EXPECT_DOUBLE_EQ(diagram.map({1, 1}).x, kDiagramLabelRoom + 20 + width);
-    EXPECT_DOUBLE_EQ(diagram.map({1, 1}).y, kDiagramTopMargin);
+    EXPECT_DOUBLE_EQ(diagram.map({0, 0}).x, 34);
+    EXPECT_DOUBLE_EQ(diagram.map({0, 0}).y, 410);
+    EXPECT_DOUBLE_EQ(diagram.map({1, 1}).x, 434);
+    EXPECT_DOUBLE_EQ(diagram.map({1, 1}).y, 10);
     EXPECT_DOUBLE_EQ(diagram.locus()[29].x, diagram.map(kSpectralLocus[29].xy).x);
 }
 

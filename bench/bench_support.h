@@ -1,0 +1,100 @@
+// What the benchmarks share: a console reporter that keeps the best CPU time of each benchmark
+// and prints the ratios between two of them after the run, and the peak memory of one piece of
+// work measured in a child process.
+#pragma once
+
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+// Prints as usual and keeps each benchmark's best CPU time in seconds per iteration, whatever
+// unit the run was reported in. CPU time of the benchmark thread (user and system, so page
+// faults and the kernel's copies count) rather than wall time: on a shared machine wall time
+// mostly measures the neighbours.
+class BestTimes : public benchmark::ConsoleReporter {
+public:
+    explicit BestTimes(OutputOptions options = OO_Defaults) : ConsoleReporter(options) {}
+
+    // Plain columns when the output is not a terminal.
+    static OutputOptions terminalOptions() {
+        return isatty(STDOUT_FILENO) ? OO_Defaults : OO_Tabular;
+    }
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred)
+                continue;
+            const double seconds = run.cpu_accumulated_time / double(run.iterations);
+            auto [it, added] = best.try_emplace(run.run_name.function_name, seconds);
+            if (!added)
+                it->second = std::min(it->second, seconds);
+        }
+    }
+
+    // The best time of `name` over that of `baseline`; empty when either did not run.
+    std::optional<double> ratio(const std::string& name, const std::string& baseline) const {
+        const auto a = best.find(name), b = best.find(baseline);
+        if (a == best.end() || b == best.end() || b->second <= 0)
+            return std::nullopt;
+        return a->second / b->second;
+    }
+
+    // "ratio <label> = 1.23", or "= n/a" when either did not run.
+    void printRatio(const std::string& label, const std::string& name,
+                    const std::string& baseline) const {
+        if (const auto r = ratio(name, baseline))
+            std::printf("ratio %s = %.2f\n", label.c_str(), *r);
+        else
+            std::printf("ratio %s = n/a\n", label.c_str());
+    }
+
+    std::map<std::string, double> best;
+};
+
+struct ChildPeak {
+    long baselineKb = -1; // the child's peak resident set before the work
+    long peakKb = -1;     // its peak resident set after it
+    bool ok = false;      // the child did the work and sent its baseline
+};
+
+// Forks a child that only runs `work` (true when it succeeded). The child inherits this
+// process's pages, hence the baseline it reports before the work; the difference is what the
+// work itself needed.
+template <class Work> ChildPeak measureChildPeak(Work work) {
+    ChildPeak result;
+    int fds[2];
+    if (pipe(fds) != 0)
+        return result;
+    const pid_t pid = fork();
+    if (pid < 0)
+        return result;
+    if (pid == 0) {
+        close(fds[0]);
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        const long baseline = usage.ru_maxrss;
+        const bool done = work();
+        const bool sent = write(fds[1], &baseline, sizeof baseline) == sizeof baseline;
+        _exit(done && sent ? 0 : 1);
+    }
+    close(fds[1]);
+    if (read(fds[0], &result.baselineKb, sizeof result.baselineKb) != sizeof result.baselineKb)
+        result.baselineKb = -1;
+    close(fds[0]);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    rusage children{};
+    getrusage(RUSAGE_CHILDREN, &children);
+    result.peakKb = children.ru_maxrss;
+    result.ok = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    return result;
+}
