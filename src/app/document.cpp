@@ -7,15 +7,13 @@ bool iccDocument::open(const std::string& path) {
     // Load into a fresh object so that a failure cannot damage the profile being shown.
     auto loaded = std::make_unique<iccProfileRW>();
     HeaderFields fields{};
-    bool ok = loaded->loadFromFile(path) == icOk &&
-              fillHeaderPanel(loaded->header(), presenter_, fields) == icOk;
-    if (ok)
-        fillTagTable(*loaded, false, presenter_);
-    if (!ok) {
+    if (loaded->loadFromFile(path) != icOk ||
+        fillHeaderPanel(loaded->header(), presenter_, fields) != icOk) {
         presenter_.messageBox(icBoxKind::info, kCaption,
                               "Error in reading ICC profile: " + path + ".\n");
         return false;
     }
+    warnAboutTagOffsets(*loaded, presenter_);
     profile_ = std::move(loaded);
     path_ = path;
     fields_ = std::move(fields);

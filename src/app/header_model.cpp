@@ -144,10 +144,8 @@ bool tagOffsetsAligned(const iccProfileBase& profile) {
     return true;
 }
 
-std::vector<TagRow> fillTagTable(const iccProfileBase& profile, bool hexadecimal,
-                                 Presenter& presenter) {
+void warnAboutTagOffsets(const iccProfileBase& profile, Presenter& presenter) {
     if (!tagOffsetsAligned(profile))
         presenter.messageBox(icBoxKind::warning, kCaption,
                              "Invalid ICC profile: Error in tag offset(s).");
-    return tagTableRows(profile, hexadecimal);
 }

@@ -50,6 +50,5 @@ std::string tagTableCaption(int tagCount);
 std::vector<TagRow> tagTableRows(const iccProfileBase& profile, bool hexadecimal);
 // True when every tag offset is a multiple of 4.
 bool tagOffsetsAligned(const iccProfileBase& profile);
-// Shows the misaligned-offset warning when it applies (once) and returns the rows.
-std::vector<TagRow> fillTagTable(const iccProfileBase& profile, bool hexadecimal,
-                                 Presenter& presenter);
+// Shows the misaligned-offset warning, once, when any tag offset is not a multiple of 4.
+void warnAboutTagOffsets(const iccProfileBase& profile, Presenter& presenter);
