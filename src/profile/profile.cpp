@@ -19,10 +19,10 @@ namespace {
 
 // A tag buffer of `size` bytes rounded up to a multiple of four; the padding is zeroed so that
 // nothing uninitialised can leak into a decoder or a file.
-std::unique_ptr<std::uint8_t[]> allocateTagBuffer(std::uint32_t size) {
+std::shared_ptr<std::uint8_t[]> allocateTagBuffer(std::uint32_t size) {
     try {
         const std::uint64_t padded = roundUp4(size);
-        auto bytes = std::make_unique_for_overwrite<std::uint8_t[]>(padded);
+        auto bytes = std::make_shared_for_overwrite<std::uint8_t[]>(padded);
         std::memset(bytes.get() + size, 0, padded - size);
         return bytes;
     } catch (const std::bad_alloc&) {
@@ -64,6 +64,18 @@ int iccProfileBase::findEntry(const icTag& entry) const {
         if (tags_[i] == entry)
             return i;
     return -1;
+}
+
+std::shared_ptr<const std::uint8_t[]>
+iccProfileBase::shareTagBuffer(std::span<const std::uint8_t> bytes) const {
+    if (bytes.data() == nullptr || bytes.empty())
+        return nullptr;
+    for (int i = 0; i < tagCount_; ++i) {
+        const TagBuffer& buffer = tagData_[i];
+        if (buffer.bytes.get() == bytes.data() && buffer.size == bytes.size())
+            return buffer.bytes;
+    }
+    return nullptr;
 }
 
 icSignature iccProfileBase::getTagTypeSignature(int index) {

@@ -55,12 +55,18 @@ public:
     // The tag type signature: the first four bytes of the tag's data, 0xFFFFFFFF when the data
     // cannot be had.
     icSignature getTagTypeSignature(int index);
+    // A co-owning reference to the held buffer when `bytes` (a span this profile handed out)
+    // covers it exactly, so that its padding is the zeroed padding; null otherwise. The buffer
+    // stays alive when the profile replaces or frees the tag.
+    std::shared_ptr<const std::uint8_t[]> shareTagBuffer(std::span<const std::uint8_t> bytes) const;
     bool isFile() const { return isFile_; }
     bool isReadOnly() const { return readOnly_; }
 
 protected:
+    // Shared so that a tag object can view the bytes without copying them; a buffer is never
+    // written once its bytes are read, only replaced.
     struct TagBuffer {
-        std::unique_ptr<std::uint8_t[]> bytes; // size rounded up to a multiple of 4
+        std::shared_ptr<std::uint8_t[]> bytes; // size rounded up to a multiple of 4
         std::uint32_t size = 0;
     };
 

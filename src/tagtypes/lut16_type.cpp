@@ -144,7 +144,10 @@ template <typename Value>
 void iccMftLutType<Value>::writeValues(std::size_t offset, const std::vector<Value>& values) {
     if (!bytesHoldTables() || offset + sizeof(Value) * values.size() > rawSize_)
         return;
-    std::uint8_t* p = raw_.data() + offset;
+    std::uint8_t* p = writableRaw();
+    if (p == nullptr)
+        return;
+    p += offset;
     for (Value v : values) {
         if constexpr (sizeof(Value) == 1)
             *p = v;
@@ -157,14 +160,17 @@ void iccMftLutType<Value>::writeValues(std::size_t offset, const std::vector<Val
 template <typename Value> void iccMftLutType<Value>::writeHeaderFields() {
     if (!bytesHoldTables())
         return;
-    raw_[8] = static_cast<std::uint8_t>(inputChannels_);
-    raw_[9] = static_cast<std::uint8_t>(outputChannels_);
-    raw_[10] = static_cast<std::uint8_t>(gridPoints_);
+    std::uint8_t* raw = writableRaw();
+    if (raw == nullptr)
+        return;
+    raw[8] = static_cast<std::uint8_t>(inputChannels_);
+    raw[9] = static_cast<std::uint8_t>(outputChannels_);
+    raw[10] = static_cast<std::uint8_t>(gridPoints_);
     for (std::size_t i = 0; i < matrix.size(); ++i)
-        storeBE32(raw_.data() + 12 + 4 * i, static_cast<std::uint32_t>(matrix[i]));
+        storeBE32(raw + 12 + 4 * i, static_cast<std::uint32_t>(matrix[i]));
     if constexpr (sizeof(Value) == 2) {
-        storeBE16(raw_.data() + 48, static_cast<std::uint16_t>(inputEntries_));
-        storeBE16(raw_.data() + 50, static_cast<std::uint16_t>(outputEntries_));
+        storeBE16(raw + 48, static_cast<std::uint16_t>(inputEntries_));
+        storeBE16(raw + 50, static_cast<std::uint16_t>(outputEntries_));
     }
 }
 
@@ -177,6 +183,9 @@ template <typename Value> icStatus iccMftLutType<Value>::rebuild() {
         if (icStatus s = setRawSize(encodedSize()); s != icOk)
             return s;
     }
+    // Written in place: a buffer shared with a profile is copied first.
+    if (writableRaw() == nullptr)
+        return icErrNoMemory;
     writeHeaderFields();
     writeValues(kTablesOffset, inputTables);
     writeValues(outputOffset(), outputTables);

@@ -2,17 +2,49 @@
 
 #include "profile/profile.h"
 
+#include <algorithm>
 #include <new>
 
 // ---- iccTagData -----------------------------------------------------------------------------
 
 void iccTagData::clear() {
-    raw_.clear();
+    own_.clear();
+    shared_.reset();
+    sharedCapacity_ = 0;
     rawSize_ = 0;
 }
 
 std::span<const std::uint8_t> iccTagData::getData() {
-    return raw_.empty() ? std::span<const std::uint8_t>() : raw();
+    return hasRaw() ? raw() : std::span<const std::uint8_t>();
+}
+
+void iccTagData::adoptRaw(std::vector<std::uint8_t>&& padded) {
+    own_ = std::move(padded);
+    shared_.reset();
+    sharedCapacity_ = 0;
+}
+
+icStatus iccTagData::ownRaw(std::size_t capacity) {
+    try {
+        if (!shared_) {
+            if (own_.size() < capacity)
+                own_.resize(capacity, 0);
+            return icOk;
+        }
+        const std::size_t size = std::max(capacity, sharedCapacity_);
+        std::vector<std::uint8_t> copy;
+        copy.reserve(size);
+        copy.assign(shared_.get(), shared_.get() + sharedCapacity_);
+        copy.resize(size, 0);
+        adoptRaw(std::move(copy));
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+    return icOk;
+}
+
+std::uint8_t* iccTagData::writableRaw() {
+    return ownRaw(0) == icOk ? own_.data() : nullptr;
 }
 
 icStatus iccTagData::assignRaw(std::span<const std::uint8_t> bytes) {
@@ -24,7 +56,7 @@ icStatus iccTagData::assignRaw(std::span<const std::uint8_t> bytes) {
         copy.reserve(roundUp4(bytes.size()));
         copy.assign(bytes.begin(), bytes.end());
         copy.resize(roundUp4(bytes.size()), 0);
-        raw_ = std::move(copy);
+        adoptRaw(std::move(copy));
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;
     }
@@ -35,13 +67,9 @@ icStatus iccTagData::assignRaw(std::span<const std::uint8_t> bytes) {
 icStatus iccTagData::setRawSize(std::uint64_t size) {
     if (size > UINT32_MAX)
         return icErrInvalidArg;
-    if (roundUp4(size) > raw_.size()) {
-        try {
-            raw_.resize(roundUp4(size), 0);
-        } catch (const std::bad_alloc&) {
-            return icErrNoMemory;
-        }
-    }
+    if (roundUp4(size) > rawCapacity())
+        if (icStatus s = ownRaw(roundUp4(size)); s != icOk)
+            return s;
     rawSize_ = static_cast<std::uint32_t>(size);
     return icOk;
 }
@@ -50,18 +78,26 @@ icStatus iccTagData::setData(std::span<const std::uint8_t> bytes) {
     return assignRaw(bytes);
 }
 
-icStatus iccTagData::loadByIndex(int index, iccProfile& profile) {
-    const auto bytes = profile.getTagData(index);
+icStatus iccTagData::takeProfileBytes(std::span<const std::uint8_t> bytes,
+                                      const iccProfile& profile) {
     if (bytes.data() == nullptr)
         return icErrBadProfile;
-    return iccTagData::setData(bytes);
+    auto shared = profile.shareTagBuffer(bytes);
+    if (!shared)
+        return assignRaw(bytes);
+    own_ = {};
+    shared_ = std::move(shared);
+    sharedCapacity_ = roundUp4(bytes.size());
+    rawSize_ = static_cast<std::uint32_t>(bytes.size());
+    return icOk;
+}
+
+icStatus iccTagData::loadByIndex(int index, iccProfile& profile) {
+    return takeProfileBytes(profile.getTagData(index), profile);
 }
 
 icStatus iccTagData::loadBySignature(icSignature sig, iccProfile& profile) {
-    const auto bytes = profile.getTagDataBySignature(sig);
-    if (bytes.data() == nullptr)
-        return icErrBadProfile;
-    return iccTagData::setData(bytes);
+    return takeProfileBytes(profile.getTagDataBySignature(sig), profile);
 }
 
 // ---- iccTagType -----------------------------------------------------------------------------
@@ -139,7 +175,7 @@ icStatus iccTagType::adoptEncoded(std::vector<std::uint8_t>&& bytes) {
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;
     }
-    raw_ = std::move(bytes);
+    adoptRaw(std::move(bytes));
     readCommonHeader();
     return icOk;
 }

@@ -6,6 +6,7 @@
 #include "profile/status.h"
 
 #include <cstdint>
+#include <memory>
 #include <new>
 #include <span>
 #include <vector>
@@ -14,6 +15,10 @@ class iccProfile;
 
 // The raw bytes of one tag exactly as they stand in the file (big-endian). The buffer is
 // allocated with the raw size rounded up to a multiple of four.
+//
+// Bytes loaded from a profile are not copied: the object shares the profile's buffer, which
+// stays alive as long as the object needs it. Anything that writes into the raw bytes goes
+// through writableRaw(), which first copies a shared buffer into one the object owns.
 class iccTagData {
 public:
     iccTagData() = default;
@@ -31,9 +36,9 @@ public:
     [[nodiscard]] virtual icStatus loadBySignature(icSignature sig, iccProfile& profile);
 
     // The meaningful raw bytes, without padding.
-    std::span<const std::uint8_t> raw() const { return {raw_.data(), rawSize_}; }
+    std::span<const std::uint8_t> raw() const { return {rawData(), rawSize_}; }
     std::uint32_t rawSize() const { return rawSize_; }
-    bool hasRaw() const { return !raw_.empty(); }
+    bool hasRaw() const { return rawCapacity() != 0; }
 
 protected:
     // Copies the bytes into a buffer of their size rounded up to four; -10 on allocation failure.
@@ -41,9 +46,25 @@ protected:
     // Sets the raw size a decoder computed from the fields; the buffer grows (zero-filled) when
     // the fields claim more than the bytes held, so raw() never reaches past it.
     icStatus setRawSize(std::uint64_t size);
+    // Takes freshly encoded bytes, already padded to four, as the raw buffer.
+    void adoptRaw(std::vector<std::uint8_t>&& padded);
+    // The raw buffer made the object's own for writing; null only on allocation failure.
+    std::uint8_t* writableRaw();
 
-    std::vector<std::uint8_t> raw_;
     std::uint32_t rawSize_ = 0;
+
+private:
+    const std::uint8_t* rawData() const { return shared_ ? shared_.get() : own_.data(); }
+    std::size_t rawCapacity() const { return shared_ ? sharedCapacity_ : own_.size(); }
+    // Copies a shared buffer into an owned one of at least `capacity` bytes (zero-filled beyond
+    // the copy); grows an owned one likewise. -10 on allocation failure.
+    icStatus ownRaw(std::size_t capacity);
+    // Shares the profile's buffer behind `bytes` when it can, copies them otherwise.
+    icStatus takeProfileBytes(std::span<const std::uint8_t> bytes, const iccProfile& profile);
+
+    std::vector<std::uint8_t> own_;                // the raw buffer unless shared_ is set
+    std::shared_ptr<const std::uint8_t[]> shared_; // a profile's buffer, never written
+    std::size_t sharedCapacity_ = 0;
 };
 
 // A typed tag: the common 8-byte tag header (type signature, 4 reserved bytes) followed by the

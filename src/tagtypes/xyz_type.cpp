@@ -26,11 +26,14 @@ icStatus iccXYZType::setXYZ(double x, double y, double z) {
         if (icStatus s = adoptEncoded(std::move(bytes)); s != icOk)
             return s;
     }
+    std::uint8_t* bytes = writableRaw();
+    if (bytes == nullptr)
+        return icErrNoMemory;
     X = x;
     Y = y;
     Z = z;
-    storeBE32(raw_.data() + 8, static_cast<std::uint32_t>(doubleToS15Fixed16(x)));
-    storeBE32(raw_.data() + 12, static_cast<std::uint32_t>(doubleToS15Fixed16(y)));
-    storeBE32(raw_.data() + 16, static_cast<std::uint32_t>(doubleToS15Fixed16(z)));
+    storeBE32(bytes + 8, static_cast<std::uint32_t>(doubleToS15Fixed16(x)));
+    storeBE32(bytes + 12, static_cast<std::uint32_t>(doubleToS15Fixed16(y)));
+    storeBE32(bytes + 16, static_cast<std::uint32_t>(doubleToS15Fixed16(z)));
     return icOk;
 }

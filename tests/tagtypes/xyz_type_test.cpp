@@ -139,3 +139,18 @@ TEST(ProfileSetters, WhitePointAndAdaptationReadBackInLittleCms) {
 }
 
 } // namespace
+
+TEST(ProfileSetters, LoadedTagAndProfileDoNotWriteIntoEachOther) {
+    iccProfileRW profile;
+    ASSERT_EQ(profile.setMediaWhitePoint(0.5, 0.5, 0.5), icOk);
+    iccXYZType xyz;
+    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), profile), icOk);
+    // Replacing the tag in the profile leaves the loaded bytes as they were.
+    ASSERT_EQ(profile.setMediaWhitePoint(0.25, 0.25, 0.25), icOk);
+    EXPECT_EQ(loadBE32(xyz.raw().data() + 8), 0x8000u);
+    // Writing the loaded tag leaves the profile's bytes as they were.
+    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), profile), icOk);
+    ASSERT_EQ(xyz.setXYZ(1.0, 1.0, 1.0), icOk);
+    EXPECT_EQ(loadBE32(xyz.raw().data() + 8), 0x10000u);
+    EXPECT_EQ(loadBE32(profile.getTagDataBySignature(icSig("wtpt")).data() + 8), 0x4000u);
+}
