@@ -1,5 +1,6 @@
 // Whole sessions of the main window, offscreen: start-up, Browse, Modify, Save As and opening
 // tags, with scripted file dialogs and every box read back; then the small dialogs on their own.
+#include "app/about_dialog.h"
 #include "app/header_edit_dialog.h"
 #include "app/qt_presenter.h"
 #include "app/settings.h"
@@ -13,7 +14,9 @@
 #include "viewers/large_text_dialog.h"
 
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
@@ -332,6 +335,13 @@ private slots:
         Window w(*settings);
         w.get("aboutButton")->click();
         QCOMPARE(w.prompts.abouts, std::vector<std::string>{"About Veltrino"});
+        CAboutDlg about("About Veltrino", "Veltrino Version 0.1.0");
+        QCOMPARE(about.windowTitle(), QString("About Veltrino"));
+        QCOMPARE(about.findChild<QLabel*>("aboutText")->text(), QString("Veltrino Version 0.1.0"));
+        QDialogButtonBox* ok = about.findChild<QDialogButtonBox*>("aboutButtons");
+        QCOMPARE(ok->buttons().size(), 1);
+        ok->button(QDialogButtonBox::Ok)->click();
+        QCOMPARE(about.result(), int(QDialog::Accepted));
 
         QMimeData mime;
         mime.setUrls({QUrl::fromLocalFile(QString::fromStdString(kSrgb))});
