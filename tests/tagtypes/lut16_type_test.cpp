@@ -3,6 +3,7 @@
 #include "profile/profile.h"
 #include "support/test_support.h"
 #include "tagtypes/lut16_type.h"
+#include "tagtypes/real_tags.h"
 
 #include <gtest/gtest.h>
 #include <lcms2.h>
@@ -115,28 +116,18 @@ void checkRealTag(iccProfileRW& profile, int index, const cmsPipeline* pipeline)
 
 TEST(LutTypes, RealTagsMatchLittleCmsAndRebuildByteForByte) {
     int checked = 0;
-    for (const auto& path : installedProfiles()) {
-        iccProfileRW profile;
-        if (profile.loadFromFile(path.string()) != icOk)
-            continue;
-        cmsHPROFILE lcms = cmsOpenProfileFromFile(path.c_str(), "r");
-        ASSERT_NE(lcms, nullptr);
-        for (int i = 0; i < profile.tagCount(); ++i) {
-            const icSignature type = profile.getTagTypeSignature(i);
-            const icSignature sig = profile.getEntry(i)->sig;
-            SCOPED_TRACE(path.string() + " " + sigToText(sig));
-            const auto* pipeline = static_cast<const cmsPipeline*>(
-                cmsReadTag(lcms, static_cast<cmsTagSignature>(sig)));
-            if (type == iccLut8Type::kSignature)
-                checkRealTag<iccLut8Type>(profile, i, pipeline);
-            else if (type == iccLut16Type::kSignature)
-                checkRealTag<iccLut16Type>(profile, i, pipeline);
-            else
-                continue;
-            ++checked;
-        }
-        cmsCloseProfile(lcms);
-    }
+    forEachRealTag([&](iccProfileRW& profile, int i, icSignature sig, icSignature type,
+                       cmsHPROFILE lcms) {
+        const auto* pipeline =
+            static_cast<const cmsPipeline*>(cmsReadTag(lcms, static_cast<cmsTagSignature>(sig)));
+        if (type == iccLut8Type::kSignature)
+            checkRealTag<iccLut8Type>(profile, i, pipeline);
+        else if (type == iccLut16Type::kSignature)
+            checkRealTag<iccLut16Type>(profile, i, pipeline);
+        else
+            return;
+        ++checked;
+    });
     EXPECT_GE(checked, 30);
 }
 
