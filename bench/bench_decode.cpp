@@ -7,8 +7,8 @@
 // CMM encoded; our own writer lays them out into one profile.
 #include "bench_support.h"
 #include "profile/profile.h"
-#include "tagtypes/lut16_type.h"
-#include "tagtypes/lut_atob_type.h"
+#include "tagtypes/profile_save.h"
+#include "tagtypes/tag_factory.h"
 
 #include <benchmark/benchmark.h>
 #include <lcms2.h>
@@ -91,38 +91,20 @@ bool writeLargeProfile(const std::string& path) {
     header.version = 0x04300000;
     header.deviceClass = icSig("abst");
     header.colorSpace = icSig("Lab ");
-    if (profile.setDescription("Veltrino decoding benchmark") != icOk)
+    if (setDescription(profile, "Veltrino decoding benchmark") != icOk)
         return false;
     for (const RawTag& tag : tags)
         if (tag.bytes.empty() || profile.setTagData(tag.sig, tag.bytes) != icOk)
             return false;
-    return profile.saveToFile(path) == icOk;
+    return saveProfileToFile(profile, path) == icOk;
 }
 
-// Decodes every lookup table with the class its type signature names.
+// Decodes every tag (all lookup tables here, and the description) with the class its type
+// signature names.
 bool decodeEveryTable(iccProfileRW& profile) {
     for (int i = 0; i < profile.tagCount(); ++i) {
-        icStatus s = icOk;
-        switch (profile.getTagTypeSignature(i)) {
-        case iccLut16Type::kSignature: {
-            iccLut16Type lut;
-            s = lut.loadByIndex(i, profile);
-            break;
-        }
-        case iccMlutType::kAToB: {
-            iccLutAToBType lut;
-            s = lut.loadByIndex(i, profile);
-            break;
-        }
-        case iccMlutType::kBToA: {
-            iccLutBToAType lut;
-            s = lut.loadByIndex(i, profile);
-            break;
-        }
-        default:
-            break;
-        }
-        if (s != icOk)
+        std::unique_ptr<iccTagType> tag;
+        if (loadTagType(profile, i, tag) != icOk)
             return false;
     }
     return true;

@@ -9,6 +9,7 @@
 #include "bench_support.h"
 #include "profile/byte_io.h"
 #include "profile/profile.h"
+#include "tagtypes/profile_save.h"
 
 #include <benchmark/benchmark.h>
 #include <lcms2.h>
@@ -75,7 +76,7 @@ bool writeLargeProfile(const std::string& path) {
     header.deviceClass = icSig("mntr");
     header.colorSpace = icSig("RGB ");
     header.pcs = icSig("Lab ");
-    if (profile.setDescription("Veltrino benchmark profile") != icOk)
+    if (setDescription(profile, "Veltrino benchmark profile") != icOk)
         return false;
     for (int i = 0; i < kLutTags; ++i) {
         char name[5];
@@ -83,7 +84,7 @@ bool writeLargeProfile(const std::string& path) {
         if (profile.setTagData(textToSig(name), lut16Tag(i)) != icOk)
             return false;
     }
-    return profile.saveToFile(path) == icOk;
+    return saveProfileToFile(profile, path) == icOk;
 }
 
 std::vector<std::uint8_t> readFile(const std::string& path) {
@@ -158,7 +159,7 @@ void saveVeltrino(benchmark::State& state, const std::string& path) {
     }
     std::vector<std::uint8_t> out;
     for (auto _ : state) {
-        if (profile.saveToMemory(out) != icOk) {
+        if (saveProfileToMemory(profile, out) != icOk) {
             state.SkipWithError("saveToMemory failed");
             break;
         }

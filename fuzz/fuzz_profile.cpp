@@ -3,17 +3,14 @@
 // modes), decode every tag of a type we know, rebuild it, and save the whole profile again.
 // libFuzzer calls it directly; fuzz/replay_main.cpp runs it over files so the sanitizer build of
 // the tests replays real and hostile profiles through exactly the same code.
-#include "app/header_model.h"
 #include "catalogue/catalogue.h"
+#include "document/header_model.h"
 #include "profile/profile.h"
 #include "tagtypes/curve_type.h"
 #include "tagtypes/lut16_type.h"
 #include "tagtypes/lut_atob_type.h"
-#include "tagtypes/multi_localized_unicode_type.h"
-#include "tagtypes/profile_sequence_desc_type.h"
-#include "tagtypes/s15fixed16_array_type.h"
-#include "tagtypes/text_description_type.h"
-#include "tagtypes/text_type.h"
+#include "tagtypes/profile_save.h"
+#include "tagtypes/tag_factory.h"
 #include "tagtypes/xyz_type.h"
 #include "viewers/curve_model.h"
 #include "viewers/lut_model.h"
@@ -41,54 +38,24 @@ void touch(std::span<const std::uint8_t> bytes) {
     (void)sink;
 }
 
-// Decodes, rebuilds, and decodes the rebuilt bytes again into a fresh object.
-template <class Tag> void decodeAndRebuild(iccProfileRW& profile, int index) {
-    Tag tag;
-    if (tag.loadByIndex(index, profile) != icOk)
-        return;
-    const auto rebuilt = tag.getData();
-    touch(rebuilt);
-    if (rebuilt.data() == nullptr)
-        return;
-    const std::vector<std::uint8_t> copy(rebuilt.begin(), rebuilt.end());
-    Tag again;
-    (void)again.setData(copy);
-    touch(again.raw());
-}
-
-struct TagDecoder {
-    icSignature type;
-    void (*run)(iccProfileRW& profile, int index);
-};
-
-// The tag types the harness decodes, keyed by the type signature at the start of the tag's
-// bytes. A new tag type class joins with one row.
-constexpr std::array kDecoders{
-    TagDecoder{iccTextType::kSignature, decodeAndRebuild<iccTextType>},
-    TagDecoder{iccTextDescriptionType::kSignature, decodeAndRebuild<iccTextDescriptionType>},
-    TagDecoder{iccMultiLocalizedUnicodeType::kSignature,
-               decodeAndRebuild<iccMultiLocalizedUnicodeType>},
-    TagDecoder{iccCurveType::kSignature, decodeAndRebuild<iccCurveType>},
-    TagDecoder{iccParametricCurveType::kSignature, decodeAndRebuild<iccParametricCurveType>},
-    TagDecoder{iccXYZType::kSignature, decodeAndRebuild<iccXYZType>},
-    TagDecoder{iccS15Fixed16ArrayType::kSignature, decodeAndRebuild<iccS15Fixed16ArrayType>},
-    TagDecoder{iccChromaticAdaptationType::kSignature,
-               decodeAndRebuild<iccChromaticAdaptationType>},
-    TagDecoder{iccProfileSequenceDescType::kSignature,
-               decodeAndRebuild<iccProfileSequenceDescType>},
-    TagDecoder{iccLut8Type::kSignature, decodeAndRebuild<iccLut8Type>},
-    TagDecoder{iccLut16Type::kSignature, decodeAndRebuild<iccLut16Type>},
-    TagDecoder{iccMlutType::kAToB, decodeAndRebuild<iccLutAToBType>},
-    TagDecoder{iccMlutType::kBToA, decodeAndRebuild<iccLutBToAType>},
-};
-
+// Every tag the factory has a class for: decoded, rebuilt, and the rebuilt bytes decoded again
+// into a fresh object.
 void decodeKnownTags(iccProfileRW& profile) {
     for (int i = 0; i < profile.tagCount(); ++i) {
         touch(profile.getTagData(i));
-        const icSignature type = profile.getTagTypeSignature(i);
-        for (const TagDecoder& decoder : kDecoders)
-            if (decoder.type == type)
-                decoder.run(profile, i);
+        std::unique_ptr<iccTagType> tag;
+        if (loadTagType(profile, i, tag) != icOk)
+            continue;
+        const auto rebuilt = tag->getData();
+        touch(rebuilt);
+        if (rebuilt.data() == nullptr)
+            continue;
+        const std::vector<std::uint8_t> copy(rebuilt.begin(), rebuilt.end());
+        std::unique_ptr<iccTagType> again;
+        if (makeTagType(tag->ownSignature(), again, profile.getEntry(i)->sig) == icOk) {
+            (void)again->setData(copy);
+            touch(again->raw());
+        }
     }
 }
 
@@ -119,9 +86,8 @@ public:
     icViewerResult xyzViewer(std::string_view c, iccXYZType& xyz) override {
         return shown(XyzModel(xyz, c).lines());
     }
-    icViewerResult lutViewer(std::string_view, iccLut8Type* lut8, iccLut16Type* lut16,
-                             icSignature space) override {
-        LutModel model(lut8, lut16, space);
+    icViewerResult lutViewer(std::string_view, iccMftLut& lut, icSignature space) override {
+        LutModel model(lut, space);
         sink(model.nodeValues().size());
         return shown(model.lines());
     }
@@ -177,7 +143,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     decodeKnownTags(profile);
     showEveryTag(profile);
     std::vector<std::uint8_t> saved;
-    if (profile.saveToMemory(saved) == icOk)
+    if (saveProfileToMemory(profile, saved) == icOk)
         checkReloads(saved);
     return 0;
 }

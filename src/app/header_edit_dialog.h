@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/header_edit_model.h"
-#include "profile/presenter.h"
+#include "document/presenter.h"
 
 #include <QDialog>
 

@@ -1,18 +1,12 @@
 #include "app/header_edit_model.h"
 
-#include "app/header_model.h"
+#include "document/header_model.h"
+#include "document/text_format.h"
 #include "profile/profile_id.h"
 
-#include <cstdio>
 #include <optional>
 
 namespace {
-
-std::string format(const char* fmt, auto... args) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, fmt, args...);
-    return buffer;
-}
 
 int listPosition(std::uint32_t value, std::size_t itemCount) {
     return value < itemCount ? static_cast<int>(value) : kNoSelection;
@@ -45,22 +39,22 @@ std::uint32_t bitIfSet(int position, std::uint32_t bit) {
 
 HeaderEditFields headerEditFields(const icHeader& h) {
     HeaderEditFields f;
-    f.size = format("%u bytes", h.size);
+    f.size = formatText("%u bytes", h.size);
     f.cmmType = sigToText(h.cmmId);
-    f.version = format("0x%x", h.version);
+    f.version = formatText("0x%x", h.version);
     f.deviceClass = sigToText(h.deviceClass);
     f.colorSpace = sigToText(h.colorSpace);
     f.pcs = sigToText(h.pcs);
     f.date =
-        format("%u/%u/%u", unsigned(h.date.year), unsigned(h.date.month), unsigned(h.date.day));
-    f.time = format("%u:%u:%u", unsigned(h.date.hours), unsigned(h.date.minutes),
-                    unsigned(h.date.seconds));
+        formatText("%u/%u/%u", unsigned(h.date.year), unsigned(h.date.month), unsigned(h.date.day));
+    f.time = formatText("%u:%u:%u", unsigned(h.date.hours), unsigned(h.date.minutes),
+                        unsigned(h.date.seconds));
     f.magic = sigToText(h.magic);
     f.platform = sigToText(h.platform);
     f.embedded = listPosition(h.flags & 1, kEmbeddedItems.size());
     f.independent = listPosition(h.flags & 2, kIndependentItems.size());
     f.manufacturer = sigToText(h.manufacturer);
-    f.model = format("0x%x", h.model);
+    f.model = formatText("0x%x", h.model);
     for (std::size_t i = 0; i < f.attributes.size(); ++i)
         f.attributes[i] = listPosition(h.attributes[0] & (1u << i), 2);
     f.intent = listPosition(h.renderingIntent, kIntentItems.size());

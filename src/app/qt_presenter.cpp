@@ -103,9 +103,9 @@ template <class Viewer> icViewerResult runEditingViewer(Viewer& viewer) {
 
 } // namespace
 
-icViewerResult QtPresenter::lutViewer(std::string_view caption, iccLut8Type* lut8,
-                                      iccLut16Type* lut16, icSignature outputSpace) {
-    CiccLutPropertySheet sheet(lut8, lut16, outputSpace, caption, *this, parent_);
+icViewerResult QtPresenter::lutViewer(std::string_view caption, iccMftLut& lut,
+                                      icSignature outputSpace) {
+    CiccLutPropertySheet sheet(lut, outputSpace, caption, *this, parent_);
     return runEditingViewer(sheet);
 }
 

@@ -2,7 +2,7 @@
 // dialogs.
 #pragma once
 
-#include "app/prompt_service.h"
+#include "document/prompt_service.h"
 
 #include <QMessageBox>
 #include <QPointer>
@@ -28,7 +28,7 @@ public:
     std::optional<std::string> askOpenPath(const FileDialogRequest& request) override;
     std::optional<std::string> askSavePath(const FileDialogRequest& request) override;
     std::optional<std::string> askClutFolder(std::uint32_t mode) override;
-    icViewerResult lutViewer(std::string_view caption, iccLut8Type* lut8, iccLut16Type* lut16,
+    icViewerResult lutViewer(std::string_view caption, iccMftLut& lut,
                              icSignature outputSpace) override;
     icViewerResult mlutViewer(std::string_view caption, iccMlutType& lut) override;
     icViewerResult curveViewer(std::string_view caption, iccCurveElement& curve) override;

@@ -1,6 +1,6 @@
 #include "app/settings.h"
 
-#include "app/settings_model.h"
+#include "document/settings_model.h"
 
 #include <QDir>
 #include <QFile>

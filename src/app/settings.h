@@ -2,7 +2,7 @@
 // and where the file-based folder record lives.
 #pragma once
 
-#include "app/prompt_service.h"
+#include "document/prompt_service.h"
 
 #include <QSettings>
 #include <QString>

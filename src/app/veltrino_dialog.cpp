@@ -2,8 +2,8 @@
 
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"
-#include "app/settings_model.h"
 #include "catalogue/catalogue.h"
+#include "document/settings_model.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,8 +1,8 @@
 // The main window: the open profile's header and tag table, and the commands on it.
 #pragma once
 
-#include "app/document.h"
-#include "app/prompt_service.h"
+#include "document/document.h"
+#include "document/prompt_service.h"
 
 #include <QDialog>
 

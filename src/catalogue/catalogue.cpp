@@ -7,6 +7,7 @@
 #include "tagtypes/lut_atob_type.h"
 #include "tagtypes/multi_localized_unicode_type.h"
 #include "tagtypes/profile_sequence_desc_type.h"
+#include "tagtypes/tag_factory.h"
 #include "tagtypes/text_description_type.h"
 #include "tagtypes/text_type.h"
 #include "tagtypes/xyz_type.h"
@@ -15,7 +16,7 @@
 
 namespace {
 
-constexpr std::string_view kInvalidFormat = "Invalid ICC format.";
+constexpr std::string_view kXYZWriteFailed = "Error in updating XYZ values.\n";
 
 // Everything a handler needs about the tag it shows.
 struct TagContext {
@@ -34,9 +35,9 @@ icStatus showReport(const TagContext& tag, const icReport& report) {
     return report.status;
 }
 
-// A viewer's changed tag goes back into the profile; shared blocks change for every entry.
-bool storeTag(const TagContext& tag, std::span<const std::uint8_t> bytes) {
-    return bytes.data() != nullptr && tag.profile.setTagData(tag.signature(), bytes) == icOk;
+void storeTag(const TagContext& tag, std::span<const std::uint8_t> bytes,
+              std::string_view failedText) {
+    writeBackTag(tag.presenter, tag.profile, tag.index, bytes, failedText);
 }
 
 void plainBox(const TagContext& tag, std::string_view text) {
@@ -47,13 +48,10 @@ void plainBox(const TagContext& tag, std::string_view text) {
 
 icStatus showCurve(const TagContext& tag) {
     iccCurveElement curve;
-    icStatus s = curve.create(tag.typeSignature());
-    if (s == icOk) {
-        iccTagType* held = curve.curve();
-        if (held == nullptr)
-            held = curve.parametric();
-        s = held->loadByIndex(tag.index, tag.profile);
-    }
+    std::unique_ptr<iccTagType> loaded;
+    icStatus s = loadTagType(tag.profile, tag.index, loaded);
+    if (s == icOk)
+        s = curve.adopt(std::move(loaded));
     if (icFailed(s))
         return reportError(tag.presenter, s, kCaption, kInvalidFormat);
     const icViewerResult result = tag.presenter.curveViewer(tag.label, curve);
@@ -61,8 +59,8 @@ icStatus showCurve(const TagContext& tag) {
         plainBox(tag, "Error in displaying curve.");
         return result.status;
     }
-    if (result.accepted && result.modified && !storeTag(tag, curve.data()))
-        plainBox(tag, "Error in updating the curve data.\n");
+    if (result.accepted && result.modified)
+        storeTag(tag, curve.data(), kCurveWriteFailed);
     return icOk;
 }
 
@@ -74,56 +72,34 @@ icStatus showXYZ(const TagContext& tag) {
     if (icFailed(result.status))
         return result.status;
     // OK stores the three values whether or not they were changed.
-    if (result.accepted && (xyz.setXYZ(xyz.X, xyz.Y, xyz.Z) != icOk || !storeTag(tag, xyz.raw())))
-        plainBox(tag, "Error in updating XYZ values.\n");
+    if (result.accepted && xyz.setXYZ(xyz.X, xyz.Y, xyz.Z) != icOk)
+        plainBox(tag, kXYZWriteFailed);
+    else if (result.accepted)
+        storeTag(tag, xyz.raw(), kXYZWriteFailed);
     return icOk;
 }
 
-// The viewer a decoded lookup table opens in.
-icViewerResult runLutViewer(const TagContext& tag, iccLut8Type& lut) {
-    return tag.presenter.lutViewer(tag.label, &lut, nullptr,
-                                   lutOutputSpace(tag.signature(), tag.profile.header()));
-}
-icViewerResult runLutViewer(const TagContext& tag, iccLut16Type& lut) {
-    return tag.presenter.lutViewer(tag.label, nullptr, &lut,
-                                   lutOutputSpace(tag.signature(), tag.profile.header()));
-}
-icViewerResult runLutViewer(const TagContext& tag, iccMlutType& lut) {
-    return tag.presenter.mlutViewer(tag.label, lut);
-}
-
-// Lookup tables are written back only when the viewer closed with OK and reports a change.
-template <class Lut> icStatus showLutType(const TagContext& tag) {
-    Lut lut;
-    if (icStatus s = lut.loadByIndex(tag.index, tag.profile); icFailed(s))
+// The LUT rows are shown by the type of their data; another type of table shows nothing and
+// reports nothing. Lookup tables are written back only when the viewer closed with OK and
+// reports a change.
+icStatus showLut(const TagContext& tag) {
+    std::unique_ptr<iccTagType> lut;
+    if (makeTagType(tag.typeSignature(), lut) != icOk)
+        return icOk;
+    auto* mft = dynamic_cast<iccMftLut*>(lut.get());
+    auto* mlut = dynamic_cast<iccMlutType*>(lut.get());
+    if (mft == nullptr && mlut == nullptr)
+        return icOk;
+    if (icStatus s = lut->loadByIndex(tag.index, tag.profile); icFailed(s))
         return s;
-    const icViewerResult result = runLutViewer(tag, lut);
+    const icViewerResult result =
+        mft ? tag.presenter.lutViewer(tag.label, *mft,
+                                      lutOutputSpace(tag.signature(), tag.profile.header()))
+            : tag.presenter.mlutViewer(tag.label, *mlut);
     if (icFailed(result.status))
         return result.status;
-    if (result.accepted && result.modified && !storeTag(tag, lut.getData()))
-        plainBox(tag, "Error in writing the modified MLUT tag.\n");
-    return icOk;
-}
-
-struct LutType {
-    icSignature type;
-    icStatus (*show)(const TagContext&);
-};
-
-// The LUT rows are shown by the type of their data.
-constexpr std::array kLutTypes{
-    LutType{iccMlutType::kAToB, showLutType<iccLutAToBType>},
-    LutType{iccMlutType::kBToA, showLutType<iccLutBToAType>},
-    LutType{iccLut8Type::kSignature, showLutType<iccLut8Type>},
-    LutType{iccLut16Type::kSignature, showLutType<iccLut16Type>},
-};
-
-icStatus showLut(const TagContext& tag) {
-    const icSignature type = tag.typeSignature();
-    for (const LutType& lut : kLutTypes)
-        if (lut.type == type)
-            return lut.show(tag);
-    // Another type of table: nothing is shown and nothing is reported.
+    if (result.accepted && result.modified)
+        storeTag(tag, lut->getData(), kLutWriteFailed);
     return icOk;
 }
 
@@ -269,6 +245,16 @@ constexpr bool handlersInOrder() {
 static_assert(handlersInOrder(), "kHandlers must list every handler in enum order");
 
 } // namespace
+
+bool writeBackTag(Presenter& presenter, iccProfileRW& profile, int index,
+                  std::span<const std::uint8_t> bytes, std::string_view failedText) {
+    const icTag* entry = profile.getEntry(index);
+    if (entry != nullptr && bytes.data() != nullptr &&
+        profile.setTagData(entry->sig, bytes) == icOk)
+        return true;
+    presenter.messageBox(icBoxKind::info, kCaption, failedText);
+    return false;
+}
 
 icStatus runTagHandler(icTagHandler handler, Presenter& presenter, iccProfileRW& profile, int index,
                        std::string_view label) {

@@ -3,9 +3,9 @@
 // line) calls for a row of the tag table.
 #pragma once
 
+#include "document/presenter.h"
 #include "profile/byte_io.h"
 #include "profile/header.h"
-#include "profile/presenter.h"
 #include "profile/profile.h"
 
 #include <array>
@@ -142,6 +142,19 @@ constexpr icSignature lutOutputSpace(icSignature tagSignature, const icHeader& h
     return tagSignature >= icSig("A2B0") && tagSignature <= icSig("A2B2") ? header.pcs
                                                                           : header.colorSpace;
 }
+
+// The boxes of a tag that cannot be decoded for its viewer, and of a viewer's changes that could
+// not be stored.
+inline constexpr std::string_view kInvalidFormat = "Invalid ICC format.";
+inline constexpr std::string_view kCurveWriteFailed = "Error in updating the curve data.\n";
+inline constexpr std::string_view kLutWriteFailed = "Error in writing the modified MLUT tag.\n";
+
+// The write-back of a viewer that closed with OK and changed its tag: `bytes` (the changed
+// tag's encoding) replace the tag at `index`, a shared block for every entry that shares it.
+// When they cannot be stored the viewer's box is shown (`failedText`, one of the two above)
+// and false returned.
+bool writeBackTag(Presenter& presenter, iccProfileRW& profile, int index,
+                  std::span<const std::uint8_t> bytes, std::string_view failedText);
 
 // Show selected tag: runs the handler of the tag at directory `index` under its label. A
 // negative index (no row selected) or one past the directory shows nothing. A handler failure

@@ -1,6 +1,6 @@
 #include "catalogue/reports.h"
 
-#include "catalogue/text_format.h"
+#include "document/text_format.h"
 #include "profile/byte_io.h"
 #include "tagtypes/profile_sequence_desc_type.h"
 

@@ -6,7 +6,7 @@
 // there, and whatever was built up to that point is still shown.
 #pragma once
 
-#include "profile/presenter.h"
+#include "document/presenter.h"
 #include "profile/status.h"
 
 #include <cstdint>

@@ -55,9 +55,9 @@ icViewerResult CliPresenter::xyzViewer(std::string_view caption, iccXYZType& xyz
     return kClosedWithOk;
 }
 
-icViewerResult CliPresenter::lutViewer(std::string_view caption, iccLut8Type* lut8,
-                                       iccLut16Type* lut16, icSignature outputSpace) {
-    viewerBlock("lut", caption, LutModel(lut8, lut16, outputSpace).lines());
+icViewerResult CliPresenter::lutViewer(std::string_view caption, iccMftLut& lut,
+                                       icSignature outputSpace) {
+    viewerBlock("lut", caption, LutModel(lut, outputSpace).lines());
     return kClosedWithOk;
 }
 

@@ -1,7 +1,7 @@
 // Prints every box the window would open as a "--- KIND | CAPTION" block.
 #pragma once
 
-#include "profile/presenter.h"
+#include "document/presenter.h"
 
 #include <cstdio>
 
@@ -17,7 +17,7 @@ public:
     // Each viewer prints its block and closes with OK, changing nothing.
     icViewerResult curveViewer(std::string_view caption, iccCurveElement& curve) override;
     icViewerResult xyzViewer(std::string_view caption, iccXYZType& xyz) override;
-    icViewerResult lutViewer(std::string_view caption, iccLut8Type* lut8, iccLut16Type* lut16,
+    icViewerResult lutViewer(std::string_view caption, iccMftLut& lut,
                              icSignature outputSpace) override;
     icViewerResult mlutViewer(std::string_view caption, iccMlutType& lut) override;
     icViewerResult namedColorViewer(std::string_view caption, const icNamedColor2& colors,

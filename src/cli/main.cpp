@@ -1,13 +1,11 @@
 // veltrino-cli: the library of the desktop program, without a display.
-#include "app/document.h"
 #include "catalogue/catalogue.h"
-#include "cli/cli_presenter.h"
+#include "cli/cli_session.h"
 #include "cli/exchange_commands.h"
 
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
-#include <optional>
 #include <string>
 
 #ifndef VELTRINO_VERSION
@@ -15,23 +13,6 @@
 #endif
 
 namespace {
-
-constexpr int kExitOk = 0;
-constexpr int kExitFailed = 1;
-constexpr int kExitUsage = 2;
-
-void printLine(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fputc('\n', stdout);
-}
-
-// Opens a profile as "&Browse..." does; the boxes it raises go to standard error.
-bool openProfile(iccDocument& document, CliPresenter& presenter, const std::string& path) {
-    presenter.setOutput(stderr);
-    const bool ok = document.open(path);
-    presenter.setOutput(stdout);
-    return ok;
-}
 
 void printInfo(const iccDocument& document, bool hexadecimal) {
     for (const HeaderField& field : document.headerFields()) {
@@ -47,86 +28,41 @@ void printInfo(const iccDocument& document, bool hexadecimal) {
 }
 
 int runInfo(const std::string& path, bool hexadecimal) {
-    CliPresenter presenter(stdout);
-    iccDocument document(presenter);
-    if (!openProfile(document, presenter, path))
+    CliSession session;
+    if (!session.open(path))
         return kExitFailed;
-    printInfo(document, hexadecimal);
+    printInfo(session.document(), hexadecimal);
     return kExitOk;
 }
 
-// A TAG argument: digits only name a directory index, anything else a signature of up to four
-// characters padded with blanks. Nothing when it can be neither.
-struct TagArgument {
-    std::optional<std::uint64_t> index;
-    icSignature signature = 0;
-};
-
-std::optional<TagArgument> parseTagArgument(const std::string& text) {
-    if (text.empty())
-        return std::nullopt;
-    if (text.find_first_not_of("0123456789") == std::string::npos) {
-        // Any index beyond the directory's 50 entries is out of range; no need to hold more.
-        const std::string digits = text.substr(std::min(text.find_first_not_of('0'), text.size()));
-        return TagArgument{digits.size() > 9 ? UINT64_MAX : std::stoull("0" + digits), 0};
-    }
-    if (text.size() > 4)
-        return std::nullopt;
-    std::string padded = text;
-    padded.resize(4, ' ');
-    return TagArgument{std::nullopt, textToSig(padded)};
-}
-
 int runShow(const std::string& path, const std::string& tagText) {
-    const auto tag = parseTagArgument(tagText);
-    if (!tag) {
-        std::fprintf(stderr,
-                     "veltrino-cli: TAG must be an index or a signature of up to four "
-                     "characters: %s\n",
-                     tagText.c_str());
-        return kExitUsage;
-    }
-    CliPresenter presenter(stdout);
-    iccDocument document(presenter);
-    if (!openProfile(document, presenter, path))
-        return kExitFailed;
-    iccProfileRW& profile = document.profile();
+    CliSession session;
     int index = -1;
-    if (tag->index) {
-        if (*tag->index < static_cast<std::uint64_t>(profile.tagCount()))
-            index = static_cast<int>(*tag->index);
-    } else {
-        index = profile.findTag(tag->signature);
-    }
-    if (index < 0) {
-        std::fprintf(stderr, "veltrino-cli: no tag %s in %s\n", tagText.c_str(), path.c_str());
-        return kExitFailed;
-    }
-    return icFailed(showTag(presenter, profile, index)) ? kExitFailed : kExitOk;
+    if (const auto exit = session.openAt(path, tagText, index))
+        return *exit;
+    return icFailed(showTag(session.presenter(), session.profile(), index)) ? kExitFailed : kExitOk;
 }
 
 int runDump(const std::string& path, bool hexadecimal) {
-    CliPresenter presenter(stdout);
-    iccDocument document(presenter);
-    if (!openProfile(document, presenter, path))
+    CliSession session;
+    if (!session.open(path))
         return kExitFailed;
-    printInfo(document, hexadecimal);
-    iccProfileRW& profile = document.profile();
+    printInfo(session.document(), hexadecimal);
+    iccProfileRW& profile = session.profile();
     bool failed = false;
     for (int i = 0; i < profile.tagCount(); ++i) {
         printLine("=== #" + std::to_string(i) + " " + sigToText(profile.getEntry(i)->sig));
-        if (icFailed(showTag(presenter, profile, i)))
+        if (icFailed(showTag(session.presenter(), profile, i)))
             failed = true;
     }
     return failed ? kExitFailed : kExitOk;
 }
 
 int runSave(const std::string& path, const std::string& output) {
-    CliPresenter presenter(stdout);
-    iccDocument document(presenter);
-    if (!openProfile(document, presenter, path))
+    CliSession session;
+    if (!session.open(path))
         return kExitFailed;
-    return document.saveAs(output) == icOk ? kExitOk : kExitFailed;
+    return session.document().saveAs(output) == icOk ? kExitOk : kExitFailed;
 }
 
 } // namespace

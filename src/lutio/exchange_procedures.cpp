@@ -112,28 +112,16 @@ template <class Lut> icStatus lutImport(Presenter& presenter, Lut& tag, const st
 
 } // namespace
 
-icStatus runLutExport(Presenter& presenter, const iccLut8Type& tag, const std::string& folder) {
+icStatus runLutExport(Presenter& presenter, const iccMftLut& tag, const std::string& folder) {
     try {
-        return exportLut(presenter, tag, folder);
+        return visitMftLut(tag, [&](const auto& lut) { return exportLut(presenter, lut, folder); });
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;
     }
 }
 
-icStatus runLutExport(Presenter& presenter, const iccLut16Type& tag, const std::string& folder) {
-    try {
-        return exportLut(presenter, tag, folder);
-    } catch (const std::bad_alloc&) {
-        return icErrNoMemory;
-    }
-}
-
-icStatus runLutImport(Presenter& presenter, iccLut8Type& tag, const std::string& folder) {
-    return lutImport(presenter, tag, folder);
-}
-
-icStatus runLutImport(Presenter& presenter, iccLut16Type& tag, const std::string& folder) {
-    return lutImport(presenter, tag, folder);
+icStatus runLutImport(Presenter& presenter, iccMftLut& tag, const std::string& folder) {
+    return visitMftLut(tag, [&](auto& lut) { return lutImport(presenter, lut, folder); });
 }
 
 icStatus runMlutExport(Presenter& presenter, const iccMlutType& tag, const std::string& folder) {

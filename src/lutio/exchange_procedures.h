@@ -11,24 +11,19 @@
 // modified and shows it again), or the failing step's status after its box was shown.
 #pragma once
 
-#include "profile/presenter.h"
+#include "document/presenter.h"
 #include "profile/status.h"
 
 #include <string>
 
 class iccCurveElement;
-class iccLut8Type;
-class iccLut16Type;
+class iccMftLut;
 class iccMlutType;
 
-[[nodiscard]] icStatus runLutExport(Presenter& presenter, const iccLut8Type& tag,
-                                    const std::string& folder);
-[[nodiscard]] icStatus runLutExport(Presenter& presenter, const iccLut16Type& tag,
+[[nodiscard]] icStatus runLutExport(Presenter& presenter, const iccMftLut& tag,
                                     const std::string& folder);
 // -1001 when the folder holds a table of another signature or size than the tag.
-[[nodiscard]] icStatus runLutImport(Presenter& presenter, iccLut8Type& tag,
-                                    const std::string& folder);
-[[nodiscard]] icStatus runLutImport(Presenter& presenter, iccLut16Type& tag,
+[[nodiscard]] icStatus runLutImport(Presenter& presenter, iccMftLut& tag,
                                     const std::string& folder);
 
 [[nodiscard]] icStatus runMlutExport(Presenter& presenter, const iccMlutType& tag,

@@ -350,17 +350,6 @@ icStatus WriteClutTextFile(const iccClut& clut, const fs::path& path) {
     }
 }
 
-icStatus ReadClutTextFile(iccClut& clut, const fs::path& path) {
-    try {
-        std::string text;
-        if (icStatus s = readTextFile(path, text); s != icOk)
-            return s;
-        return parseClutText(clut, text);
-    } catch (const std::bad_alloc&) {
-        return icErrNoMemory;
-    }
-}
-
 icStatus ExportMlutFolder(const iccMlutType& tag, const fs::path& folder) {
     try {
         std::error_code ec;

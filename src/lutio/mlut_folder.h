@@ -49,7 +49,6 @@
 // the CLUT's re-initialisation status.
 [[nodiscard]] icStatus parseClutText(iccClut& clut, std::string_view text);
 [[nodiscard]] icStatus WriteClutTextFile(const iccClut& clut, const std::filesystem::path& path);
-[[nodiscard]] icStatus ReadClutTextFile(iccClut& clut, const std::filesystem::path& path);
 
 // Encodes the tag's elements at its stored offsets into `size` bytes (the header, then each
 // element; gaps, padding and reserved bytes zero) and takes those bytes as the tag, decoding

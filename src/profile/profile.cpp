@@ -2,11 +2,6 @@
 
 #include "profile/file_io.h"
 #include "profile/profile_id.h"
-#include "tagtypes/multi_localized_unicode_type.h"
-#include "tagtypes/s15fixed16_array_type.h"
-#include "tagtypes/text_description_type.h"
-#include "tagtypes/text_type.h"
-#include "tagtypes/xyz_type.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -55,13 +50,6 @@ const icTag* iccProfileBase::getEntry(int index) const {
 int iccProfileBase::findTag(icSignature sig) const {
     for (int i = 0; i < tagCount_; ++i)
         if (tags_[i].sig == sig)
-            return i;
-    return -1;
-}
-
-int iccProfileBase::findEntry(const icTag& entry) const {
-    for (int i = 0; i < tagCount_; ++i)
-        if (tags_[i] == entry)
             return i;
     return -1;
 }
@@ -124,11 +112,6 @@ std::span<const std::uint8_t> iccProfile::getTagDataBySignature(icSignature sig)
     return index < 0 ? std::span<const std::uint8_t>() : getTagData(index);
 }
 
-std::span<const std::uint8_t> iccProfile::getTagDataByEntry(const icTag& entry) {
-    const int index = findEntry(entry);
-    return index < 0 ? std::span<const std::uint8_t>() : getTagData(index);
-}
-
 icStatus iccProfile::readHeader(std::int64_t length) {
     if (length < static_cast<std::int64_t>(kHeaderSize))
         return icErrBadProfile;
@@ -167,7 +150,6 @@ icStatus iccProfile::loadFromFile(const std::string& path) {
     reset();
     if (!stream_.openFile(path))
         return icErrFile;
-    isFile_ = true;
     readOnly_ = true;
     if (icStatus s = readHeader(stream_.length()); s != icOk)
         return s;
@@ -182,7 +164,6 @@ icStatus iccProfile::loadFromMemory(std::span<const std::uint8_t> data) {
     if (!memory.ok())
         return icErrNoMemory;
     stream_.openMemory(std::move(memory));
-    isFile_ = false;
     readOnly_ = true;
     if (icStatus s = readHeader(stream_.length()); s != icOk)
         return s;
@@ -228,7 +209,6 @@ icStatus iccProfileRW::loadEverything(icStatus loaded) {
         if (links_[i] == i && getTagData(i).data() == nullptr)
             return icErrBadProfile;
     stream_.close();
-    isFile_ = false;
     readOnly_ = false;
     return icOk;
 }
@@ -291,70 +271,11 @@ icStatus iccProfileRW::linkTag(icSignature sig, icSignature targetSig) {
     return icOk;
 }
 
-icStatus iccProfileRW::setCopyright(const std::optional<std::string>& text) {
-    std::string notice;
-    if (text) {
-        notice = *text;
-    } else {
-        char buffer[64];
-        std::snprintf(buffer, sizeof buffer, "Copyright (c) %u Tintwerk.",
-                      static_cast<unsigned>(header_.date.year));
-        notice = buffer;
-    }
-    std::vector<std::uint8_t> bytes;
-    if (isVersion4(header_)) {
-        iccMultiLocalizedUnicodeType mluc;
-        if (icStatus s = mluc.setFromAscii(notice); s != icOk)
-            return s;
-        bytes.assign(mluc.raw().begin(), mluc.raw().end());
-    } else {
-        iccTextType textTag;
-        if (icStatus s = textTag.setText(notice); s != icOk)
-            return s;
-        bytes.assign(textTag.raw().begin(), textTag.raw().end());
-    }
-    return setTagData(icSig("cprt"), bytes);
-}
-
-icStatus iccProfileRW::setDescription(const std::string& text) {
-    std::vector<std::uint8_t> bytes;
-    if (isVersion4(header_)) {
-        iccMultiLocalizedUnicodeType mluc;
-        if (icStatus s = mluc.setFromAscii(text); s != icOk)
-            return s;
-        bytes.assign(mluc.raw().begin(), mluc.raw().end());
-    } else {
-        iccTextDescriptionType desc;
-        if (icStatus s = desc.setFromAscii(text); s != icOk)
-            return s;
-        bytes.assign(desc.raw().begin(), desc.raw().end());
-    }
-    return setTagData(icSig("desc"), bytes);
-}
-
-icStatus iccProfileRW::setMediaWhitePoint(double x, double y, double z) {
-    iccXYZType xyz;
-    if (icStatus s = xyz.setXYZ(x, y, z); s != icOk)
-        return s;
-    return setTagData(icSig("wtpt"), xyz.raw());
-}
-
-icStatus iccProfileRW::setChromaticAdaptation(const std::array<double, 9>& matrix) {
-    iccChromaticAdaptationType chad;
-    chad.matrix = matrix;
-    if (icStatus s = chad.rebuild(); s != icOk)
-        return s;
-    return setTagData(icSig("chad"), chad.raw());
-}
-
 // ---- iccProfileRW: writing ------------------------------------------------------------------
 
 icStatus iccProfileRW::layout() {
     if (tagCount_ < 1)
         return icErrGeneral;
-    if (findTag(icSig("cprt")) < 0)
-        if (icStatus s = setCopyright(std::nullopt); s != icOk)
-            return s;
     if (findTag(icSig("desc")) < 0)
         return icErrGeneral;
 
@@ -426,12 +347,6 @@ icStatus iccProfileRW::saveToMemory(std::vector<std::uint8_t>& out) {
 }
 
 icStatus iccProfileRW::saveToFile(const std::string& path) {
-    if (findTag(icSig("desc")) < 0) {
-        const std::size_t slash = path.find_last_of("\\/");
-        const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-        if (icStatus s = setDescription(name); s != icOk)
-            return s;
-    }
     std::vector<std::uint8_t> block;
     if (icStatus s = saveToMemory(block); s != icOk)
         return s;

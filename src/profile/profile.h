@@ -13,7 +13,6 @@
 #include <array>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -48,8 +47,6 @@ public:
     const icTag* getEntry(int index) const;
     // Index of the first entry with that signature, -1 if none.
     int findTag(icSignature sig) const;
-    // Index of the first entry equal in all three fields, -1 if none.
-    int findEntry(const icTag& entry) const;
     // Index of the entry whose bytes entry `index` uses.
     int link(int index) const { return validIndex(index) ? links_[index] : -1; }
     // The tag type signature: the first four bytes of the tag's data, 0xFFFFFFFF when the data
@@ -59,7 +56,6 @@ public:
     // covers it exactly, so that its padding is the zeroed padding; null otherwise. The buffer
     // stays alive when the profile replaces or frees the tag.
     std::shared_ptr<const std::uint8_t[]> shareTagBuffer(std::span<const std::uint8_t> bytes) const;
-    bool isFile() const { return isFile_; }
     bool isReadOnly() const { return readOnly_; }
 
 protected:
@@ -74,7 +70,6 @@ protected:
     std::span<const std::uint8_t> heldBytes(int owner, int index) const;
     void reset();
 
-    bool isFile_ = true;
     bool readOnly_ = true;
     iccStream stream_;
     icHeader header_;
@@ -93,7 +88,6 @@ public:
 
     // The entry's bytes found by tag signature; empty span with null data() if absent.
     std::span<const std::uint8_t> getTagDataBySignature(icSignature sig);
-    std::span<const std::uint8_t> getTagDataByEntry(const icTag& entry);
 
 private:
     icStatus readHeader(std::int64_t length);
@@ -116,23 +110,13 @@ public:
     // Adds an entry `sig` that shares the bytes of `targetSig`.
     [[nodiscard]] icStatus linkTag(icSignature sig, icSignature targetSig);
 
-    // 'cprt' as 'text' (before version 4) or 'mluc'; no text gives the default notice with the
-    // year of the header's date.
-    [[nodiscard]] icStatus setCopyright(const std::optional<std::string>& text);
-    // 'desc' as 'desc' (before version 4) or 'mluc'.
-    [[nodiscard]] icStatus setDescription(const std::string& text);
-    // 'wtpt' as an 'XYZ ' tag holding one value.
-    [[nodiscard]] icStatus setMediaWhitePoint(double x, double y, double z);
-    // 'chad' as an 'sf32' tag holding a 3x3 matrix in row order.
-    [[nodiscard]] icStatus setChromaticAdaptation(const std::array<double, 9>& matrix);
-
-    // Lays the profile out again: adds a missing copyright, places every block after the
-    // directory on a 4-byte boundary, updates the size and stamps the date.
+    // Lays the profile out again: places every block after the directory on a 4-byte boundary,
+    // updates the size and stamps the date. -1 without tags or without a 'desc' tag.
     [[nodiscard]] icStatus layout();
     // Lays out and writes the whole profile, with its Profile ID for version 4.
     [[nodiscard]] icStatus saveToMemory(std::vector<std::uint8_t>& out);
-    // Adds a missing description (the file's name), then writes the file through a temporary
-    // beside it, so a failed save leaves an existing file untouched.
+    // Writes the file through a temporary beside it, so a failed save leaves an existing file
+    // untouched.
     [[nodiscard]] icStatus saveToFile(const std::string& path);
 
 private:

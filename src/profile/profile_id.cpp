@@ -30,13 +30,6 @@ icStatus CMD5Checksum::digestOfMemory(std::span<const std::uint8_t> block, icDig
     return md5(block, out) ? icOk : icErrFile;
 }
 
-icStatus CMD5Checksum::digestOfFile(const std::string& path, icDigest& out) const {
-    std::vector<std::uint8_t> bytes;
-    if (readWholeFile(path, bytes) != icOk)
-        return icErrGeneral;
-    return md5(bytes, out) ? icOk : icErrGeneral;
-}
-
 icStatus computeProfileIdInMemory(std::span<std::uint8_t> block) {
     if (block.size() < kHeaderSize)
         return icErrInvalidArg;

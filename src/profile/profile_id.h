@@ -16,7 +16,6 @@ class CMD5Checksum {
 public:
     virtual ~CMD5Checksum() = default;
     [[nodiscard]] icStatus digestOfMemory(std::span<const std::uint8_t> block, icDigest& out) const;
-    [[nodiscard]] icStatus digestOfFile(const std::string& path, icDigest& out) const;
 };
 
 // Writes the Profile ID into bytes 84-99 of a laid-out profile of version 4 or later; older

@@ -2,6 +2,7 @@
 
 #include "numeric/interpolation.h"
 #include "profile/profile.h"
+#include "tagtypes/tag_factory.h"
 
 #include <algorithm>
 #include <cmath>
@@ -359,15 +360,22 @@ void iccCurveElement::clear() {
 
 icStatus iccCurveElement::create(icSignature typeSignature) {
     clear();
-    try {
-        if (typeSignature == iccCurveType::kSignature)
-            curv_ = std::make_unique<iccCurveType>();
-        else if (typeSignature == iccParametricCurveType::kSignature)
-            para_ = std::make_unique<iccParametricCurveType>();
-        else
-            return icErrGeneral;
-    } catch (const std::bad_alloc&) {
-        return icErrNoMemory;
+    std::unique_ptr<iccTagType> tag;
+    if (icStatus s = makeTagType(typeSignature, tag); s != icOk)
+        return s;
+    return adopt(std::move(tag));
+}
+
+icStatus iccCurveElement::adopt(std::unique_ptr<iccTagType> tag) {
+    clear();
+    if (auto* curv = dynamic_cast<iccCurveType*>(tag.get())) {
+        tag.release();
+        curv_.reset(curv);
+    } else if (auto* para = dynamic_cast<iccParametricCurveType*>(tag.get())) {
+        tag.release();
+        para_.reset(para);
+    } else {
+        return icErrGeneral;
     }
     return icOk;
 }

@@ -98,6 +98,8 @@ public:
     // An empty curve of that type signature; -1 for any other signature, -10 on allocation
     // failure. Whatever was held is dropped first.
     [[nodiscard]] icStatus create(icSignature typeSignature);
+    // Holds a curve object the tag factory made (and perhaps loaded); -1 for any other object.
+    [[nodiscard]] icStatus adopt(std::unique_ptr<iccTagType> tag);
 
     [[nodiscard]] icStatus buildParametric(std::uint16_t type, std::int32_t count,
                                            std::span<const double> values);

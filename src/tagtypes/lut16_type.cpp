@@ -255,9 +255,7 @@ template <typename Value> void iccMftLutType<Value>::setMatrix(std::span<const d
     setMatrixFixed(fixed);
 }
 
-template <typename Value>
-std::optional<std::size_t>
-iccMftLutType<Value>::clutNodeOffset(std::span<const std::uint32_t> node) const {
+std::optional<std::size_t> iccMftLut::clutNodeOffset(std::span<const std::uint32_t> node) const {
     if (node.size() != inputChannels_)
         return std::nullopt;
     std::size_t index = 0;

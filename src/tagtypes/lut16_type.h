@@ -14,9 +14,41 @@
 #include <limits>
 #include <optional>
 #include <span>
+#include <type_traits>
 #include <vector>
 
-template <typename Value> class iccMftLutType : public iccTagType {
+// What lut8 and lut16 share, so that a caller takes either through one reference: the
+// dimensions, the matrix and the grid node lookup. visitMftLut() reaches the typed tables.
+class iccMftLut : public iccTagType {
+public:
+    std::uint32_t inputChannels() const { return inputChannels_; }
+    std::uint32_t outputChannels() const { return outputChannels_; }
+    std::uint32_t inputEntries() const { return inputEntries_; }
+    std::uint32_t outputEntries() const { return outputEntries_; }
+    std::uint32_t gridPoints() const { return gridPoints_; }
+    std::uint32_t inputValueCount() const { return inputChannels_ * inputEntries_; }
+    std::uint32_t clutValueCount() const { return clutValueCount_; }
+    std::uint32_t outputValueCount() const { return outputChannels_ * outputEntries_; }
+    bool isLut8() const { return ownSignature() == icSig("mft1"); }
+
+    double matrixValue(std::size_t i) const { return s15Fixed16ToDouble(matrix.at(i)); }
+
+    // Offset in the CLUT of the first output value of the grid node with one index per input
+    // channel; none when the node is not in the grid.
+    std::optional<std::size_t> clutNodeOffset(std::span<const std::uint32_t> node) const;
+
+    std::array<std::int32_t, 9> matrix{}; // s15Fixed16, row order
+
+protected:
+    explicit iccMftLut(icSignature ownSignature) : iccTagType(ownSignature) {}
+
+    std::uint32_t inputChannels_ = 0, outputChannels_ = 0;
+    std::uint32_t inputEntries_ = 0, outputEntries_ = 0;
+    std::uint32_t gridPoints_ = 0;
+    std::uint32_t clutValueCount_ = 0;
+};
+
+template <typename Value> class iccMftLutType : public iccMftLut {
 public:
     using value_type = Value;
     static constexpr std::uint32_t kMaxValue = std::numeric_limits<Value>::max();
@@ -44,31 +76,16 @@ public:
     // Doubles are rounded to s15Fixed16 (add 0.5, truncate).
     void setMatrix(std::span<const double, 9> values);
     void setMatrixFixed(std::span<const std::int32_t, 9> values);
-    double matrixValue(std::size_t i) const { return s15Fixed16ToDouble(matrix.at(i)); }
 
     // Whether every table still has the length the dimensions give.
     bool tablesMatchDimensions() const;
 
-    // Offset in the CLUT of the first output value of the grid node with one index per input
-    // channel; none when the node is not in the grid.
-    std::optional<std::size_t> clutNodeOffset(std::span<const std::uint32_t> node) const;
-
-    std::uint32_t inputChannels() const { return inputChannels_; }
-    std::uint32_t outputChannels() const { return outputChannels_; }
-    std::uint32_t inputEntries() const { return inputEntries_; }
-    std::uint32_t outputEntries() const { return outputEntries_; }
-    std::uint32_t gridPoints() const { return gridPoints_; }
-    std::uint32_t inputValueCount() const { return inputChannels_ * inputEntries_; }
-    std::uint32_t clutValueCount() const { return clutValueCount_; }
-    std::uint32_t outputValueCount() const { return outputChannels_ * outputEntries_; }
-
     // Tables lie channel after channel; the CLUT in storage order (first input channel
     // slowest), the output values of a node together. Edits reach the raw bytes at rebuild().
     std::vector<Value> inputTables, clut, outputTables;
-    std::array<std::int32_t, 9> matrix{}; // s15Fixed16, row order
 
 protected:
-    explicit iccMftLutType(icSignature ownSignature) : iccTagType(ownSignature) {}
+    explicit iccMftLutType(icSignature ownSignature) : iccMftLut(ownSignature) {}
 
     // Fresh tables for the dimensions: identity ramps and matrix, a zero CLUT, raw bytes of
     // the encoded size. -11 for dimensions the encoding cannot hold or whose size exceeds
@@ -83,11 +100,6 @@ private:
     std::size_t outputOffset() const;
     void writeValues(std::size_t offset, const std::vector<Value>& values);
     void writeHeaderFields();
-
-    std::uint32_t inputChannels_ = 0, outputChannels_ = 0;
-    std::uint32_t inputEntries_ = 0, outputEntries_ = 0;
-    std::uint32_t gridPoints_ = 0;
-    std::uint32_t clutValueCount_ = 0;
 };
 
 extern template class iccMftLutType<std::uint8_t>;
@@ -123,3 +135,11 @@ public:
     // The same table at 16 bits, each value x 257 (so 255 becomes 65535).
     [[nodiscard]] icStatus setFromLut8(const iccLut8Type& lut8);
 };
+
+// Runs `f` on the typed table behind `lut`: an iccLut8Type& or an iccLut16Type&.
+template <class Lut, class F> decltype(auto) visitMftLut(Lut& lut, F&& f) {
+    static_assert(std::is_same_v<std::remove_const_t<Lut>, iccMftLut>);
+    using Lut8 = std::conditional_t<std::is_const_v<Lut>, const iccLut8Type, iccLut8Type>;
+    using Lut16 = std::conditional_t<std::is_const_v<Lut>, const iccLut16Type, iccLut16Type>;
+    return lut.isLut8() ? f(static_cast<Lut8&>(lut)) : f(static_cast<Lut16&>(lut));
+}

@@ -1,6 +1,6 @@
 #include "viewers/chromaticity_diagram.h"
 
-#include "catalogue/text_format.h"
+#include "document/text_format.h"
 
 #include <QFontMetricsF>
 #include <QLinearGradient>

@@ -1,27 +1,12 @@
 #include "viewers/clut_node_controls.h"
 
+#include "viewers/dialog_widgets.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QVBoxLayout>
-
-icScrollRequest scrollRequestOf(int sliderAction) {
-    switch (sliderAction) {
-    case QAbstractSlider::SliderSingleStepSub:
-        return icScrollRequest::lineBack;
-    case QAbstractSlider::SliderSingleStepAdd:
-        return icScrollRequest::lineForward;
-    case QAbstractSlider::SliderPageStepSub:
-        return icScrollRequest::pageBack;
-    case QAbstractSlider::SliderPageStepAdd:
-        return icScrollRequest::pageForward;
-    case QAbstractSlider::SliderMove:
-        return icScrollRequest::thumbTrack;
-    default:
-        return icScrollRequest::other;
-    }
-}
 
 ClutNodeControls::ClutNodeControls(QWidget* parent) : QWidget(parent) {
     auto* row = new QHBoxLayout(this);

@@ -14,9 +14,6 @@ class QLabel;
 class QLineEdit;
 class QScrollBar;
 
-// The request a scroll bar action stands for; `other` (no change) for the Home and End keys.
-icScrollRequest scrollRequestOf(int sliderAction);
-
 class ClutNodeControls : public QWidget {
     Q_OBJECT
 public:

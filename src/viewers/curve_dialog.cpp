@@ -1,6 +1,6 @@
 #include "viewers/curve_dialog.h"
 
-#include "app/prompt_service.h"
+#include "document/prompt_service.h"
 #include "tagtypes/curve_type.h"
 #include "viewers/curve_plot.h"
 

@@ -1,8 +1,8 @@
 #include "viewers/curve_model.h"
 
-#include "app/prompt_service.h"
-#include "app/settings_model.h"
-#include "catalogue/text_format.h"
+#include "document/prompt_service.h"
+#include "document/settings_model.h"
+#include "document/text_format.h"
 #include "lutio/exchange_procedures.h"
 #include "tagtypes/curve_type.h"
 

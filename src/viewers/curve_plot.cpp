@@ -1,6 +1,6 @@
 #include "viewers/curve_plot.h"
 
-#include "catalogue/text_format.h"
+#include "document/text_format.h"
 #include "tagtypes/curve_type.h"
 
 #include <QFontMetricsF>

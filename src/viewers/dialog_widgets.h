@@ -1,6 +1,9 @@
 // Small pieces shared by the viewer dialogs.
 #pragma once
 
+#include "viewers/scroll_request.h"
+
+#include <QAbstractSlider>
 #include <QLineEdit>
 #include <QString>
 
@@ -17,4 +20,22 @@ inline QLineEdit* readOnlyBox(QWidget* parent, const QString& objectName) {
     box->setObjectName(objectName);
     box->setReadOnly(true);
     return box;
+}
+
+// The request a scroll bar action stands for; `other` (no change) for the Home and End keys.
+inline icScrollRequest scrollRequestOf(int sliderAction) {
+    switch (sliderAction) {
+    case QAbstractSlider::SliderSingleStepSub:
+        return icScrollRequest::lineBack;
+    case QAbstractSlider::SliderSingleStepAdd:
+        return icScrollRequest::lineForward;
+    case QAbstractSlider::SliderPageStepSub:
+        return icScrollRequest::pageBack;
+    case QAbstractSlider::SliderPageStepAdd:
+        return icScrollRequest::pageForward;
+    case QAbstractSlider::SliderMove:
+        return icScrollRequest::thumbTrack;
+    default:
+        return icScrollRequest::other;
+    }
 }

@@ -1,6 +1,6 @@
 #include "viewers/dump_clut_dialog.h"
 
-#include "app/settings_model.h"
+#include "document/settings_model.h"
 #include "viewers/dump_clut_model.h"
 #include "viewers/sheet_parts.h"
 

@@ -2,7 +2,7 @@
 // and what OK does to the shared data folder.
 #pragma once
 
-#include "app/settings_model.h"
+#include "document/settings_model.h"
 
 #include <cstdint>
 #include <string_view>

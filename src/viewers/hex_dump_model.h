@@ -1,7 +1,7 @@
 // The texts of the hex dump window and the large-text window, free of any toolkit.
 #pragma once
 
-#include "catalogue/hex_dump.h"
+#include "document/hex_dump.h"
 
 #include <cstdint>
 #include <span>

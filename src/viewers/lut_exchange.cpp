@@ -1,6 +1,6 @@
 #include "viewers/lut_exchange.h"
 
-#include "app/prompt_service.h"
+#include "document/prompt_service.h"
 
 #include <QEventLoop>
 #include <QProgressDialog>

@@ -3,7 +3,7 @@
 // keeps painting while a table of millions of values is written or parsed.
 #pragma once
 
-#include "profile/presenter.h"
+#include "document/presenter.h"
 #include "profile/status.h"
 
 #include <QString>

@@ -1,16 +1,11 @@
 #include "viewers/lut_model.h"
 
-#include "catalogue/text_format.h"
+#include "document/text_format.h"
 #include "tagtypes/lut16_type.h"
 
 #include <new>
 
 namespace {
-
-// Runs `f` on whichever table the viewer holds.
-template <class F> decltype(auto) onTable(iccLut8Type* lut8, iccLut16Type* lut16, F&& f) {
-    return lut8 ? f(*lut8) : f(*lut16);
-}
 
 template <class Lut> icLutCurveSet curveSet(const Lut& lut, bool input) {
     icLutCurveSet set;
@@ -46,24 +41,28 @@ std::optional<long> parseValueBox(std::string_view text) {
     return negative ? -value : value;
 }
 
-LutModel::LutModel(iccLut8Type* lut8, iccLut16Type* lut16, icSignature outputSpace)
-    : lut8_(lut8), lut16_(lut8 ? nullptr : lut16), outputSpace_(outputSpace) {}
+LutModel::LutModel(iccMftLut& lut, icSignature outputSpace)
+    : lut_(lut), outputSpace_(outputSpace) {}
+
+bool LutModel::isLut8() const {
+    return lut_.isLut8();
+}
 
 std::uint32_t LutModel::inputChannels() const {
-    return onTable(lut8_, lut16_, [](const auto& lut) { return lut.inputChannels(); });
+    return visitMftLut(lut_, [](const auto& lut) { return lut.inputChannels(); });
 }
 
 std::uint32_t LutModel::outputChannels() const {
-    return onTable(lut8_, lut16_, [](const auto& lut) { return lut.outputChannels(); });
+    return visitMftLut(lut_, [](const auto& lut) { return lut.outputChannels(); });
 }
 
 std::uint32_t LutModel::gridPoints() const {
-    return onTable(lut8_, lut16_, [](const auto& lut) { return lut.gridPoints(); });
+    return visitMftLut(lut_, [](const auto& lut) { return lut.gridPoints(); });
 }
 
 std::vector<std::string> LutModel::lines() const {
     std::vector<std::string> lines;
-    onTable(lut8_, lut16_, [&](const auto& lut) {
+    visitMftLut(lut_, [&](const auto& lut) {
         const bool eight = isLut8();
         lines.push_back(std::string("LUT Type: ") + (eight ? "8-bit LUT" : "16-bit LUT"));
         lines.push_back(formatText("Input Channels: %u", lut.inputChannels()));
@@ -125,7 +124,7 @@ std::optional<std::size_t> LutModel::nodeOffset() const {
     std::vector<std::uint32_t> node(inputChannels(), 0);
     for (std::uint32_t c = 0; c < visibleInputs(); ++c)
         node[c] = node_[c];
-    return onTable(lut8_, lut16_, [&](const auto& lut) { return lut.clutNodeOffset(node); });
+    return visitMftLut(lut_, [&](const auto& lut) { return lut.clutNodeOffset(node); });
 }
 
 std::vector<icNodeValueText> LutModel::nodeValues() const {
@@ -134,7 +133,7 @@ std::vector<icNodeValueText> LutModel::nodeValues() const {
     if (!offset)
         return values;
     const bool lab = outputSpace_ == icSig("Lab ");
-    onTable(lut8_, lut16_, [&](const auto& lut) {
+    visitMftLut(lut_, [&](const auto& lut) {
         const bool eight = isLut8();
         for (std::uint32_t o = 0; o < visibleOutputs(); ++o) {
             const std::size_t at = *offset + o;
@@ -158,7 +157,7 @@ icStatus LutModel::acceptChange(std::span<const std::string> boxes) {
     const auto offset = nodeOffset();
     if (!offset)
         return icErrInvalidArg;
-    onTable(lut8_, lut16_, [&](auto& lut) {
+    visitMftLut(lut_, [&](auto& lut) {
         using Value = typename std::remove_reference_t<decltype(lut)>::value_type;
         long value = 0;
         for (std::uint32_t o = 0; o < visibleOutputs() && o < boxes.size(); ++o) {
@@ -173,9 +172,9 @@ icStatus LutModel::acceptChange(std::span<const std::string> boxes) {
 }
 
 icLutCurveSet LutModel::inputCurves() const {
-    return onTable(lut8_, lut16_, [](const auto& lut) { return curveSet(lut, true); });
+    return visitMftLut(lut_, [](const auto& lut) { return curveSet(lut, true); });
 }
 
 icLutCurveSet LutModel::outputCurves() const {
-    return onTable(lut8_, lut16_, [](const auto& lut) { return curveSet(lut, false); });
+    return visitMftLut(lut_, [](const auto& lut) { return curveSet(lut, false); });
 }

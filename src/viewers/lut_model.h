@@ -14,8 +14,7 @@
 #include <string_view>
 #include <vector>
 
-class iccLut8Type;
-class iccLut16Type;
+class iccMftLut;
 
 inline constexpr std::string_view kLutDefaultCaption = "LutType Tag";
 // The CLUT page has controls for this many input and output channels.
@@ -39,10 +38,10 @@ struct icLutCurveSet {
 
 class LutModel {
 public:
-    // Exactly one of the tables; `outputSpace` is the colour space of its outputs.
-    LutModel(iccLut8Type* lut8, iccLut16Type* lut16, icSignature outputSpace);
+    // `outputSpace` is the colour space of the table's outputs.
+    LutModel(iccMftLut& lut, icSignature outputSpace);
 
-    bool isLut8() const { return lut8_ != nullptr; }
+    bool isLut8() const;
     std::uint32_t inputChannels() const;
     std::uint32_t outputChannels() const;
     std::uint32_t gridPoints() const;
@@ -85,8 +84,7 @@ public:
 private:
     std::optional<std::size_t> nodeOffset() const;
 
-    iccLut8Type* lut8_;
-    iccLut16Type* lut16_;
+    iccMftLut& lut_;
     icSignature outputSpace_;
     std::array<std::uint32_t, kLutPageChannels> node_{};
     bool modified_ = false;

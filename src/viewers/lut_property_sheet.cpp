@@ -1,7 +1,7 @@
 #include "viewers/lut_property_sheet.h"
 
-#include "app/prompt_service.h"
-#include "catalogue/text_format.h"
+#include "document/prompt_service.h"
+#include "document/text_format.h"
 #include "lutio/exchange_procedures.h"
 #include "tagtypes/lut16_type.h"
 #include "viewers/clut_node_controls.h"
@@ -190,11 +190,11 @@ void CiccLutPropertyPage3::acceptChange() {
 
 // ---- the sheet ---------------------------------------------------------------------------------
 
-CiccLutPropertySheet::CiccLutPropertySheet(iccLut8Type* lut8, iccLut16Type* lut16,
-                                           icSignature outputSpace, std::string_view caption,
-                                           PromptService& prompts, QWidget* parent)
-    : QDialog(parent), lut8_(lut8), lut16_(lut8 ? nullptr : lut16),
-      model_(lut8_, lut16_, outputSpace), prompts_(prompts), pages_(new QTabWidget(this)) {
+CiccLutPropertySheet::CiccLutPropertySheet(iccMftLut& lut, icSignature outputSpace,
+                                           std::string_view caption, PromptService& prompts,
+                                           QWidget* parent)
+    : QDialog(parent), lut_(lut), model_(lut_, outputSpace), prompts_(prompts),
+      pages_(new QTabWidget(this)) {
     setWindowTitle(sheetText(caption.empty() ? kLutDefaultCaption : caption));
     setModal(true);
 
@@ -243,28 +243,26 @@ void CiccLutPropertySheet::refreshAll() {
 void CiccLutPropertySheet::exportTable() {
     (void)runExchange(this, prompts_, kClutFolderLutMode, tr("Exporting the table..."),
                       [this](Presenter& boxes, const std::string& folder) {
-                          return lut8_ ? runLutExport(boxes, *lut8_, folder)
-                                       : runLutExport(boxes, *lut16_, folder);
+                          return runLutExport(boxes, lut_, folder);
                       });
 }
 
 void CiccLutPropertySheet::importTable() {
     // The folder is imported into a copy; the shown table takes it only when the whole import
     // succeeded, so a failure at any step leaves it as it was.
-    std::optional<iccLut8Type> work8;
-    std::optional<iccLut16Type> work16;
+    std::unique_ptr<iccMftLut> work;
     const auto import = [&](Presenter& boxes, const std::string& folder) {
-        if (lut8_)
-            return runLutImport(boxes, work8.emplace(*lut8_), folder);
-        return runLutImport(boxes, work16.emplace(*lut16_), folder);
+        work = visitMftLut(lut_, [](const auto& lut) -> std::unique_ptr<iccMftLut> {
+            return std::make_unique<std::decay_t<decltype(lut)>>(lut);
+        });
+        return runLutImport(boxes, *work, folder);
     };
     const auto finish = [&](icStatus status) {
         if (status != icOk)
             return;
-        if (lut8_)
-            *lut8_ = std::move(*work8);
-        else
-            *lut16_ = std::move(*work16);
+        visitMftLut(lut_, [&work](auto& lut) {
+            lut = std::move(static_cast<std::decay_t<decltype(lut)>&>(*work));
+        });
         model_.markModified();
         model_.clampNodes();
         refreshAll();

@@ -21,8 +21,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTabWidget;
-class iccLut8Type;
-class iccLut16Type;
+class iccMftLut;
 
 // "LUT Info".
 class CiccLutPropertyPage1 : public QWidget {
@@ -99,11 +98,10 @@ private:
 class CiccLutPropertySheet : public QDialog {
     Q_OBJECT
 public:
-    // Exactly one of the two tables; `outputSpace` is the colour space of its outputs. Boxes and
-    // the folder dialog go through `prompts`.
-    CiccLutPropertySheet(iccLut8Type* lut8, iccLut16Type* lut16, icSignature outputSpace,
-                         std::string_view caption, PromptService& prompts,
-                         QWidget* parent = nullptr);
+    // A lut8 or lut16 table; `outputSpace` is the colour space of its outputs. Boxes and the
+    // folder dialog go through `prompts`.
+    CiccLutPropertySheet(iccMftLut& lut, icSignature outputSpace, std::string_view caption,
+                         PromptService& prompts, QWidget* parent = nullptr);
 
     // Raised by "Accept Change" and by a successful import; the caller writes the table back
     // when the sheet closes with OK and this is set.
@@ -119,8 +117,7 @@ private:
     void exportTable();
     void importTable();
 
-    iccLut8Type* lut8_;
-    iccLut16Type* lut16_;
+    iccMftLut& lut_;
     LutModel model_;
     PromptService& prompts_;
     icStatus setupStatus_ = icOk;

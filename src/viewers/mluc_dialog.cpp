@@ -1,6 +1,5 @@
 #include "viewers/mluc_dialog.h"
 
-#include "viewers/clut_node_controls.h"
 #include "viewers/dialog_widgets.h"
 
 #include <QDialogButtonBox>

@@ -1,6 +1,6 @@
 #include "viewers/mluc_model.h"
 
-#include "catalogue/text_format.h"
+#include "document/text_format.h"
 #include "tagtypes/multi_localized_unicode_type.h"
 #include "viewers/hex_dump_model.h"
 

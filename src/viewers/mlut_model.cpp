@@ -1,6 +1,6 @@
 #include "viewers/mlut_model.h"
 
-#include "catalogue/text_format.h"
+#include "document/text_format.h"
 #include "tagtypes/lut_atob_type.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "viewers/mlut_property_sheet.h"
 
-#include "app/prompt_service.h"
+#include "document/prompt_service.h"
 #include "lutio/exchange_procedures.h"
 #include "tagtypes/lut_atob_type.h"
 #include "viewers/clut_node_controls.h"

@@ -1,7 +1,6 @@
 #include "viewers/named_color_dialog.h"
 
-#include "profile/presenter.h"
-#include "viewers/clut_node_controls.h"
+#include "document/presenter.h"
 #include "viewers/dialog_widgets.h"
 
 #include <QFormLayout>

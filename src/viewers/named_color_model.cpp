@@ -1,6 +1,6 @@
 #include "viewers/named_color_model.h"
 
-#include "catalogue/text_format.h"
+#include "document/text_format.h"
 
 #include <algorithm>
 

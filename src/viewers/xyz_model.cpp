@@ -1,6 +1,6 @@
 #include "viewers/xyz_model.h"
 
-#include "catalogue/text_format.h"
+#include "document/text_format.h"
 #include "profile/byte_io.h"
 #include "tagtypes/xyz_type.h"
 #include "viewers/curve_model.h"

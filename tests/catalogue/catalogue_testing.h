@@ -78,9 +78,9 @@ public:
             editXYZ(xyz);
         return answer;
     }
-    icViewerResult lutViewer(std::string_view caption, iccLut8Type* lut8, iccLut16Type* lut16,
+    icViewerResult lutViewer(std::string_view caption, iccMftLut& lut,
                              icSignature outputSpace) override {
-        LutModel model(lut8, lut16, outputSpace);
+        LutModel model(lut, outputSpace);
         lutOutputSpace = outputSpace;
         record("viewer lut", caption, joinLines(model.lines()));
         if (editLut)

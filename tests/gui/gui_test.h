@@ -2,7 +2,7 @@
 // box, hex dump and about box is recorded.
 #pragma once
 
-#include "app/prompt_service.h"
+#include "document/prompt_service.h"
 #include "viewers/dump_clut_dialog.h"
 
 #include <QLabel>

@@ -1,10 +1,10 @@
 // The lookup-table sheets and the CLUT folder dialog, offscreen: real and built tables opened
 // through the catalogue, the pages' texts against the tag, node stepping, "Accept Change",
 // export and import through the scripted folder dialog, and the write-back after OK.
-#include "app/document.h"
 #include "app/qt_presenter.h"
-#include "app/settings_model.h"
 #include "catalogue/catalogue.h"
+#include "document/document.h"
+#include "document/settings_model.h"
 #include "gui/gui_test.h"
 #include "lutio/lut_folder.h"
 #include "lutio/mlut_folder.h"
@@ -49,9 +49,9 @@ public:
     bool ok = true;
     int opened = 0;
 
-    icViewerResult lutViewer(std::string_view caption, iccLut8Type* lut8, iccLut16Type* lut16,
+    icViewerResult lutViewer(std::string_view caption, iccMftLut& lut,
                              icSignature outputSpace) override {
-        CiccLutPropertySheet sheet(lut8, lut16, outputSpace, caption, *this);
+        CiccLutPropertySheet sheet(lut, outputSpace, caption, *this);
         ++opened;
         if (onLut)
             onLut(sheet);
@@ -338,7 +338,7 @@ void LutViewerTest::lut16LabTextsCurvesAndCancel() {
     iccLut16Type wide;
     QCOMPARE(wide.initialize(15, 2, 1, 2, 2), icOk);
     ScriptedPrompts prompts;
-    CiccLutPropertySheet sheet(nullptr, &wide, icSig("RGB "), "", prompts);
+    CiccLutPropertySheet sheet(wide, icSig("RGB "), "", prompts);
     QCOMPARE(sheet.windowTitle(), "LutType Tag");
     sheet.pages()->setCurrentIndex(2);
     QCOMPARE(prompts.take(), {"stop | Veltrino | Error: Input channels or output channels are "
@@ -625,7 +625,7 @@ void LutViewerTest::qtPresenterRunsTheSheets() {
         });
     };
     closeWith(true);
-    const icViewerResult lut = presenter.lutViewer("AToB0 Tag", &lut8, nullptr, icSig("Lab "));
+    const icViewerResult lut = presenter.lutViewer("AToB0 Tag", lut8, icSig("Lab "));
     QVERIFY(lut.accepted && !lut.modified && lut.status == icOk);
     closeWith(false);
     const icViewerResult mab = presenter.mlutViewer("AToB0 Tag", mlut);

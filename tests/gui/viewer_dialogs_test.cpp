@@ -2,10 +2,11 @@
 // through the desktop presenter on installed and built profiles, with scripted file dialogs,
 // their write-back saved and reloaded, and their plots checked pixel by pixel.
 #include "app/qt_presenter.h"
-#include "app/settings_model.h"
 #include "catalogue/catalogue_testing.h"
+#include "document/settings_model.h"
 #include "gui/gui_test.h"
 #include "lutio/curve_text.h"
+#include "tagtypes/profile_save.h"
 #include "viewers/chromaticity_diagram.h"
 #include "viewers/curve_dialog.h"
 #include "viewers/curve_plot.h"
@@ -217,7 +218,7 @@ private slots:
         QCOMPARE(script.boxes, QStringList());
 
         const std::string saved = (scratchDir() / "srgb-gamma-2.2.icc").string();
-        QCOMPARE(profile->saveToFile(saved), icOk);
+        QCOMPARE(saveProfileToFile(*profile, saved), icOk);
         auto reloaded = load(saved);
         QVERIFY(reloaded);
         iccCurveElement red, blue, before;
@@ -397,7 +398,7 @@ private slots:
                                         }),
                  icOk);
         const std::string saved = (scratchDir() / "srgb-white.icc").string();
-        QCOMPARE(profile->saveToFile(saved), icOk);
+        QCOMPARE(saveProfileToFile(*profile, saved), icOk);
         auto reloaded = load(saved);
         QVERIFY(reloaded);
         iccXYZType white;

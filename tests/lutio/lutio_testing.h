@@ -1,7 +1,7 @@
 // Helpers of the exchange tests: a presenter that records the boxes, and folders of text files.
 #pragma once
 
-#include "profile/presenter.h"
+#include "document/presenter.h"
 #include "support/test_support.h"
 #include "tagtypes/curve_type.h"
 

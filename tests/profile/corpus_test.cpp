@@ -1,9 +1,10 @@
 // Every installed real profile: load, header texts, save round trip, and the same tags as
 // Little CMS sees them.
-#include "app/document.h"
+#include "document/document.h"
 #include "profile/profile.h"
 #include "profile/profile_id.h"
 #include "support/test_support.h"
+#include "tagtypes/profile_save.h"
 
 #include <gtest/gtest.h>
 #include <lcms2.h>
@@ -31,7 +32,7 @@ TEST_P(RealProfile, LoadsAndSavesWithEveryTagIntact) {
     ASSERT_EQ(copy.loadFromFile(path.string()), icOk);
     const bool hadCopyright = copy.findTag(icSig("cprt")) >= 0;
     const auto saved = scratchDir() / ("saved-" + path.filename().string());
-    ASSERT_EQ(copy.saveToFile(saved.string()), icOk);
+    ASSERT_EQ(saveProfileToFile(copy, saved.string()), icOk);
 
     const Bytes bytes = readBytes(saved);
     iccProfileRW reloaded;

@@ -4,6 +4,7 @@
 #include "profile/profile_id.h"
 #include "support/test_support.h"
 #include "tagtypes/multi_localized_unicode_type.h"
+#include "tagtypes/profile_save.h"
 #include "tagtypes/text_type.h"
 
 #include <gtest/gtest.h>
@@ -38,7 +39,7 @@ TEST(ProfileWrite, SharedBlocksStaySharedAndAreWrittenOnce) {
     EXPECT_EQ(textOf(profile, icSig("desc")), "replaced through the link");
 
     std::vector<std::uint8_t> block;
-    ASSERT_EQ(profile.saveToMemory(block), icOk);
+    ASSERT_EQ(saveProfileToMemory(profile, block), icOk);
     auto rereadOwner = loaded(block);
     iccProfileRW& reread = *rereadOwner;
     EXPECT_EQ(reread.getEntry(2)->offset, reread.getEntry(0)->offset);
@@ -63,7 +64,7 @@ TEST(ProfileWrite, ATagAfterAnEmptyOneKeepsItsBytes) {
                               .tag(icSig("cprt"), textTag("kept"))
                               .build());
     std::vector<std::uint8_t> block;
-    ASSERT_EQ(profile->saveToMemory(block), icOk);
+    ASSERT_EQ(saveProfileToMemory(*profile, block), icOk);
     auto reread = loaded(block);
     EXPECT_EQ(reread->getEntry(1)->offset, reread->getEntry(2)->offset);
     EXPECT_EQ(textOf(*reread, icSig("cprt")), "kept");
@@ -75,7 +76,7 @@ TEST(ProfileWrite, AddsCopyrightFromTheHeaderYearAndRefusesAMissingDescription) 
     auto v2p = loaded(builder.tag(icSig("desc"), textTag("d")).build());
     iccProfileRW& v2 = *v2p;
     std::vector<std::uint8_t> block;
-    ASSERT_EQ(v2.saveToMemory(block), icOk);
+    ASSERT_EQ(saveProfileToMemory(v2, block), icOk);
     EXPECT_EQ(textOf(v2, icSig("cprt")), "Copyright (c) 2009 Tintwerk.");
     EXPECT_NE(v2.header().date.year, 2009); // stamped after the notice was written
 
@@ -84,7 +85,7 @@ TEST(ProfileWrite, AddsCopyrightFromTheHeaderYearAndRefusesAMissingDescription) 
     v4builder.header.date.year = 2011;
     auto v4p = loaded(v4builder.tag(icSig("desc"), textTag("d")).build());
     iccProfileRW& v4 = *v4p;
-    ASSERT_EQ(v4.saveToMemory(block), icOk);
+    ASSERT_EQ(saveProfileToMemory(v4, block), icOk);
     iccMultiLocalizedUnicodeType mluc;
     ASSERT_EQ(mluc.loadBySignature(icSig("cprt"), v4), icOk);
     ASSERT_EQ(mluc.recordCount, 1u);
@@ -93,8 +94,9 @@ TEST(ProfileWrite, AddsCopyrightFromTheHeaderYearAndRefusesAMissingDescription) 
     EXPECT_EQ(mluc.strings[0][0], 0);
 
     auto noDesc = loaded(ProfileBuilder().tag(icSig("cprt"), textTag("c")).build());
-    EXPECT_EQ(noDesc->saveToMemory(block), icErrGeneral);
-    EXPECT_EQ(iccProfileRW().saveToMemory(block), icErrGeneral); // empty directory
+    EXPECT_EQ(saveProfileToMemory(*noDesc, block), icErrGeneral);
+    iccProfileRW empty;
+    EXPECT_EQ(saveProfileToMemory(empty, block), icErrGeneral); // empty directory
 }
 
 TEST(ProfileWrite, ProfileIdCoversTheDescribedBytes) {
@@ -138,7 +140,7 @@ TEST(ProfileWrite, SaveToFileNamesTheDescriptionAndReplacesTheOpenFile) {
     writeBytes(path, ProfileBuilder().tag(icSig("cprt"), textTag("c")).build());
     iccProfileRW profile;
     ASSERT_EQ(profile.loadFromFile(path.string()), icOk);
-    ASSERT_EQ(profile.saveToFile(path.string()), icOk);
+    ASSERT_EQ(saveProfileToFile(profile, path.string()), icOk);
 
     iccProfileRW reread;
     ASSERT_EQ(reread.loadFromFile(path.string()), icOk);
@@ -151,15 +153,16 @@ TEST(ProfileWrite, SaveToFileNamesTheDescriptionAndReplacesTheOpenFile) {
 TEST(ProfileWrite, FailedSavesLeaveTheTargetAlone) {
     auto owner = loaded(ProfileBuilder().tag(icSig("desc"), textTag("d")).build());
     iccProfileRW& profile = *owner;
-    EXPECT_EQ(profile.saveToFile((scratchDir() / "no-such-folder" / "x.icc").string()), icErrFile);
-    EXPECT_EQ(profile.saveToFile(scratchDir().string()), icErrFile); // a folder
+    EXPECT_EQ(saveProfileToFile(profile, (scratchDir() / "no-such-folder" / "x.icc").string()),
+              icErrFile);
+    EXPECT_EQ(saveProfileToFile(profile, scratchDir().string()), icErrFile); // a folder
 
     // Every temporary name taken: the write cannot start, and the old file must survive.
     const auto target = scratchDir() / "keep.icc";
     writeBytes(target, Bytes{1, 2, 3, 4});
     for (int i = 0; i < 100; ++i)
         writeBytes(scratchDir() / ("keep.icc.saving" + std::to_string(i)), Bytes{9});
-    EXPECT_EQ(profile.saveToFile(target.string()), icErrFile);
+    EXPECT_EQ(saveProfileToFile(profile, target.string()), icErrFile);
     EXPECT_EQ(readBytes(target), (Bytes{1, 2, 3, 4}));
 }
 

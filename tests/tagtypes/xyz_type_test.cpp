@@ -3,6 +3,7 @@
 #include "numeric/matrix.h"
 #include "profile/profile.h"
 #include "support/test_support.h"
+#include "tagtypes/profile_save.h"
 #include "tagtypes/real_tags.h"
 #include "tagtypes/s15fixed16_array_type.h"
 #include "tagtypes/xyz_type.h"
@@ -110,11 +111,11 @@ TEST(ProfileSetters, WhitePointAndAdaptationReadBackInLittleCms) {
     profile.header().colorSpace = icSig("RGB ");
     const icMatrix3 matrix = {1.0479,  0.0229,  -0.0502, 0.0296, 0.9904,
                               -0.0171, -0.0093, 0.0151,  0.7519};
-    ASSERT_EQ(profile.setDescription("setters"), icOk);
-    ASSERT_EQ(profile.setMediaWhitePoint(0.9505, 1.0, 1.089), icOk);
-    ASSERT_EQ(profile.setChromaticAdaptation(matrix), icOk);
+    ASSERT_EQ(setDescription(profile, "setters"), icOk);
+    ASSERT_EQ(setMediaWhitePoint(profile, 0.9505, 1.0, 1.089), icOk);
+    ASSERT_EQ(setChromaticAdaptation(profile, matrix), icOk);
     Bytes saved;
-    ASSERT_EQ(profile.saveToMemory(saved), icOk);
+    ASSERT_EQ(saveProfileToMemory(profile, saved), icOk);
 
     cmsHPROFILE lcms =
         cmsOpenProfileFromMem(saved.data(), static_cast<cmsUInt32Number>(saved.size()));
@@ -133,11 +134,11 @@ TEST(ProfileSetters, WhitePointAndAdaptationReadBackInLittleCms) {
 
 TEST(ProfileSetters, LoadedTagAndProfileDoNotWriteIntoEachOther) {
     iccProfileRW profile;
-    ASSERT_EQ(profile.setMediaWhitePoint(0.5, 0.5, 0.5), icOk);
+    ASSERT_EQ(setMediaWhitePoint(profile, 0.5, 0.5, 0.5), icOk);
     iccXYZType xyz;
     ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), profile), icOk);
     // Replacing the tag in the profile leaves the loaded bytes as they were.
-    ASSERT_EQ(profile.setMediaWhitePoint(0.25, 0.25, 0.25), icOk);
+    ASSERT_EQ(setMediaWhitePoint(profile, 0.25, 0.25, 0.25), icOk);
     EXPECT_EQ(loadBE32(xyz.raw().data() + 8), 0x8000u);
     // Writing the loaded tag leaves the profile's bytes as they were.
     ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), profile), icOk);

@@ -66,7 +66,7 @@ TEST(LutModel, InfoPageAndNodeTexts) {
     std::vector<std::uint8_t> clut(12, 0);
     clut[9] = 255, clut[10] = 128, clut[11] = 7; // node (1, 1)
     ASSERT_EQ(lut8.setClut(clut), icOk);
-    LutModel lab(&lut8, nullptr, icSig("Lab "));
+    LutModel lab(lut8, icSig("Lab "));
     EXPECT_EQ(lab.lines(), (std::vector<std::string>{
                                "LUT Type: 8-bit LUT", "Input Channels: 2", "Input Entries: 256",
                                "Output Channels: 3", "Output Entries: 256", "CLUT Points: 2",
@@ -84,18 +84,18 @@ TEST(LutModel, InfoPageAndNodeTexts) {
     EXPECT_EQ(values[0].second, "(100x2.55)");
     EXPECT_EQ(values[1].second, "(0+128)");
     EXPECT_EQ(values[2].second, "(-121+128)");
-    EXPECT_EQ(LutModel(&lut8, nullptr, icSig("RGB ")).nodeValues()[0].second, "");
+    EXPECT_EQ(LutModel(lut8, icSig("RGB ")).nodeValues()[0].second, "");
 
     iccLut16Type lut16;
     ASSERT_EQ(lut16.initialize(1, 4, 15, 2, 2), icOk);
     ASSERT_EQ(lut16.setClut(std::vector<std::uint16_t>(30, 65535)), icOk);
-    LutModel rgb(nullptr, &lut16, icSig("RGB "));
+    LutModel rgb(lut16, icSig("RGB "));
     EXPECT_EQ(rgb.lines()[2], "Input Entries: 4");
     EXPECT_EQ(rgb.nodeValues()[0].value, "65535");
     EXPECT_EQ(rgb.nodeValues()[0].second, "(255)");
     EXPECT_EQ(rgb.visibleOutputs(), 12u);
     EXPECT_EQ(rgb.clutPageWarning(), kLutTooManyChannels);
-    EXPECT_EQ(LutModel(nullptr, &lut16, icSig("Lab ")).nodeValues()[0].second, "(100x2.55)");
+    EXPECT_EQ(LutModel(lut16, icSig("Lab ")).nodeValues()[0].second, "(100x2.55)");
     EXPECT_FALSE(lab.clutPageWarning());
 }
 

@@ -1,4 +1,4 @@
-#include "app/settings_model.h"
+#include "document/settings_model.h"
 
 #include <array>
 #include <cstdio>

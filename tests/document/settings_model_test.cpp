@@ -1,5 +1,5 @@
 // The shared data folder and the file-based folder record.
-#include "app/settings_model.h"
+#include "document/settings_model.h"
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 // command line prints exactly what the window shows.
 #pragma once
 
+#include "document/presenter.h"
 #include "profile/header.h"
-#include "profile/presenter.h"
 #include "profile/profile.h"
 
 #include <array>

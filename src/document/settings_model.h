@@ -2,7 +2,7 @@
 // file-based folder record, free of any toolkit.
 #pragma once
 
-#include "profile/presenter.h"
+#include "document/presenter.h"
 #include "profile/status.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // The open profile of the main window and its open and save procedures, free of any toolkit.
 #pragma once
 
-#include "app/header_model.h"
-#include "profile/presenter.h"
+#include "document/header_model.h"
+#include "document/presenter.h"
 #include "profile/profile.h"
 
 #include <memory>

@@ -1,4 +1,4 @@
-#include "catalogue/hex_dump.h"
+#include "document/hex_dump.h"
 
 #include <array>
 #include <cstdio>

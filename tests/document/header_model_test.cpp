@@ -1,5 +1,5 @@
 // The header panel's and tag table's texts.
-#include "app/header_model.h"
+#include "document/header_model.h"
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-#include "app/document.h"
+#include "document/document.h"
+#include "tagtypes/profile_save.h"
 
 iccDocument::iccDocument(Presenter& presenter)
     : presenter_(presenter), profile_(std::make_unique<iccProfileRW>()) {}
@@ -21,7 +22,7 @@ bool iccDocument::open(const std::string& path) {
 }
 
 icStatus iccDocument::saveAs(const std::string& path) {
-    if (icStatus s = profile_->saveToFile(path); s != icOk)
+    if (icStatus s = saveProfileToFile(*profile_, path); s != icOk)
         return reportError(presenter_, s, kCaption, "Error in writing a new profile.");
     return open(path) ? icOk : icErrFile;
 }

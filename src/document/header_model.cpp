@@ -1,16 +1,9 @@
-#include "app/header_model.h"
+#include "document/header_model.h"
 
+#include "document/text_format.h"
 #include "profile/profile_id.h"
 
-#include <cstdio>
-
 namespace {
-
-std::string format(const char* fmt, auto... args) {
-    char buffer[128];
-    std::snprintf(buffer, sizeof buffer, fmt, args...);
-    return buffer;
-}
 
 double roundTo5(std::int32_t encoded) {
     const double v = s15Fixed16ToDouble(encoded);
@@ -68,12 +61,12 @@ std::string intentText(std::uint32_t intent) {
 }
 
 std::string illuminantText(const icXYZNumber& illuminant) {
-    return format("X=%1.5f, Y=%1.5f, Z=%1.5f\n", roundTo5(illuminant.X), roundTo5(illuminant.Y),
-                  roundTo5(illuminant.Z));
+    return formatText("X=%1.5f, Y=%1.5f, Z=%1.5f\n", roundTo5(illuminant.X), roundTo5(illuminant.Y),
+                      roundTo5(illuminant.Z));
 }
 
 std::string modelText(std::uint32_t model) {
-    std::string text = format("0x%x", model);
+    std::string text = formatText("0x%x", model);
     const std::string chars = sigToText(model);
     if (!chars.empty())
         text += " / " + chars;
@@ -81,15 +74,15 @@ std::string modelText(std::uint32_t model) {
 }
 
 std::string dateText(const icDateTimeNumber& d) {
-    return format("%u/%u/%u, %u:%u:%u", unsigned(d.year), unsigned(d.month), unsigned(d.day),
-                  unsigned(d.hours), unsigned(d.minutes), unsigned(d.seconds));
+    return formatText("%u/%u/%u, %u:%u:%u", unsigned(d.year), unsigned(d.month), unsigned(d.day),
+                      unsigned(d.hours), unsigned(d.minutes), unsigned(d.seconds));
 }
 
 HeaderFields headerFieldTexts(const icHeader& h) {
     return {{
-        {"Size:", format("%u bytes", h.size)},
+        {"Size:", formatText("%u bytes", h.size)},
         {"CMM Type:", sigToText(h.cmmId)},
-        {"Version:", format("0x%x", h.version)},
+        {"Version:", formatText("0x%x", h.version)},
         {"Device Class:", deviceClassText(h.deviceClass)},
         {"Color Space:", sigToText(h.colorSpace)},
         {"PCS:", sigToText(h.pcs)},
@@ -119,11 +112,11 @@ icStatus fillHeaderPanel(const icHeader& header, Presenter& presenter, HeaderFie
 }
 
 std::string tagNumberCell(std::uint32_t value, bool hexadecimal) {
-    return format(hexadecimal ? "%0X" : "%u", value);
+    return formatText(hexadecimal ? "%0X" : "%u", value);
 }
 
 std::string tagTableCaption(int tagCount) {
-    return format("Tag Table (%d tags):", tagCount);
+    return formatText("Tag Table (%d tags):", tagCount);
 }
 
 std::vector<TagRow> tagTableRows(const iccProfileBase& profile, bool hexadecimal) {
@@ -131,7 +124,8 @@ std::vector<TagRow> tagTableRows(const iccProfileBase& profile, bool hexadecimal
     rows.reserve(static_cast<std::size_t>(profile.tagCount()));
     for (int i = 0; i < profile.tagCount(); ++i) {
         const icTag& tag = *profile.getEntry(i);
-        rows.push_back({format("%d", i), sigToText(tag.sig), tagNumberCell(tag.offset, hexadecimal),
+        rows.push_back({formatText("%d", i), sigToText(tag.sig),
+                        tagNumberCell(tag.offset, hexadecimal),
                         tagNumberCell(tag.size, hexadecimal)});
     }
     return rows;

@@ -2,7 +2,7 @@
 // desktop program shows real dialogs, the command line prints blocks, tests record.
 #pragma once
 
-#include "catalogue/hex_dump.h"
+#include "document/hex_dump.h"
 #include "profile/byte_io.h"
 #include "profile/status.h"
 
@@ -14,8 +14,7 @@
 
 class iccCurveElement;
 class iccXYZType;
-class iccLut8Type;
-class iccLut16Type;
+class iccMftLut;
 class iccMlutType;
 class iccMultiLocalizedUnicodeType;
 struct icNamedColor2;
@@ -67,9 +66,9 @@ public:
     virtual icViewerResult xyzViewer(std::string_view /*caption*/, iccXYZType& /*xyz*/) {
         return {};
     }
-    // Exactly one of the two tables is given; `outputSpace` is the colour space of its outputs.
-    virtual icViewerResult lutViewer(std::string_view /*caption*/, iccLut8Type* /*lut8*/,
-                                     iccLut16Type* /*lut16*/, icSignature /*outputSpace*/) {
+    // A lut8 or lut16 table; `outputSpace` is the colour space of its outputs.
+    virtual icViewerResult lutViewer(std::string_view /*caption*/, iccMftLut& /*lut*/,
+                                     icSignature /*outputSpace*/) {
         return {};
     }
     virtual icViewerResult mlutViewer(std::string_view /*caption*/, iccMlutType& /*lut*/) {

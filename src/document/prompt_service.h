@@ -3,7 +3,7 @@
 // The desktop program shows real dialogs; tests script the answers and record every box.
 #pragma once
 
-#include "profile/presenter.h"
+#include "document/presenter.h"
 
 #include <cstdint>
 #include <optional>
