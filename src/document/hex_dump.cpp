@@ -1,7 +1,8 @@
 #include "document/hex_dump.h"
 
+#include "document/text_format.h"
+
 #include <array>
-#include <cstdio>
 
 namespace {
 
@@ -19,13 +20,10 @@ std::string hexDumpLine(std::uint32_t offset, std::span<const std::uint8_t> row)
     for (std::size_t i = 0; i < count; ++i)
         b[i] = row[i];
     // "%.8X" and "%.2X" pad with zeros through the precision alone.
-    char buffer[96];
-    std::snprintf(buffer, sizeof buffer,
-                  "%.8X    %.2X %.2X %.2X %.2X %.2X %.2X %.2X %.2X - "
-                  "%.2X %.2X %.2X %.2X %.2X %.2X %.2X %.2X    ",
-                  offset, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7], b[8], b[9], b[10], b[11],
-                  b[12], b[13], b[14], b[15]);
-    std::string line = buffer;
+    std::string line = formatText("%.8X    %.2X %.2X %.2X %.2X %.2X %.2X %.2X %.2X - "
+                                  "%.2X %.2X %.2X %.2X %.2X %.2X %.2X %.2X    ",
+                                  offset, b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7], b[8],
+                                  b[9], b[10], b[11], b[12], b[13], b[14], b[15]);
     for (std::size_t i = 0; i < count; ++i)
         line += isAlphanumeric(b[i]) ? static_cast<char>(b[i]) : '.';
     return line;

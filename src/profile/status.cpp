@@ -1,7 +1,6 @@
 #include "profile/status.h"
 
 #include <array>
-#include <cstdio>
 #include <utility>
 
 namespace {
@@ -41,9 +40,7 @@ std::string_view statusMeaning(icStatus s) {
 std::string errorReportText(icStatus code, std::string_view message) {
     std::string text(message.substr(0, kReportBuffer - 1));
     if (code != icOk) {
-        char suffix[32];
-        std::snprintf(suffix, sizeof suffix, " Errcode: %d.\n", static_cast<int>(code));
-        text += suffix;
+        text += " Errcode: " + std::to_string(code) + ".\n";
     } else {
         text += '\n';
     }
