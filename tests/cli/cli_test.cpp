@@ -6,6 +6,8 @@
 #include <lcms2.h>
 
 #include <cstdio>
+#include <regex>
+#include <set>
 #include <sstream>
 
 namespace {
@@ -127,9 +129,35 @@ TEST(Cli, FailuresAndUsage) {
     EXPECT_EQ(runCli({}).exitCode, 2);
     EXPECT_EQ(runCli({"info"}).exitCode, 2);
     EXPECT_EQ(runCli({"frobnicate", "x"}).exitCode, 2);
-    const CliResult r = runCli({"--help"});
-    EXPECT_EQ(r.exitCode, 0);
-    EXPECT_NE(r.out.find("info"), std::string::npos);
+}
+
+// Every command that --help lists has a subsection of its own in the manual page, and every row
+// of the help texts (commands, options, arguments) is said there too.
+TEST(Cli, ManualPageSaysWhatHelpSays) {
+    const std::string manual = readText(VELTRINO_CLI_MANUAL);
+    std::set<std::string> sections, commands;
+    for (const std::string& line : lines(manual))
+        if (line.starts_with(".SS "))
+            sections.insert(line.substr(4));
+    const std::regex row(R"(^  (\S+).*?\s{2,}(\S.*)$)");
+    std::vector<std::vector<std::string>> calls{{"--help"}};
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        const CliResult r = runCli(calls[i]);
+        ASSERT_EQ(r.exitCode, 0) << calls[i][0];
+        bool listsCommands = false;
+        for (const std::string& line : lines(r.out)) {
+            std::smatch m;
+            if (std::regex_match(line, m, row)) {
+                EXPECT_NE(manual.find(m[2].str()), std::string::npos)
+                    << "not in the manual: " << m[2];
+                if (listsCommands && commands.insert(m[1]).second)
+                    calls.push_back({m[1], "--help"});
+            } else if (line.ends_with(':')) {
+                listsCommands = line == "Subcommands:";
+            }
+        }
+    }
+    EXPECT_EQ(sections, commands);
 }
 
 TEST(Cli, InfoShowsWarningsOnStandardErrorAndHexCells) {
