@@ -10,6 +10,8 @@ namespace {
 #if EXIV2_TEST_VERSION(0, 28, 0)
 using IoPtr = Exiv2::BasicIo::UniquePtr;
 #else
+// Exiv2 0.27 hands its objects over in std::auto_ptr, which clang flags as deprecated.
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 using IoPtr = Exiv2::BasicIo::AutoPtr;
 #endif
 
