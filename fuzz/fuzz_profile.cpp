@@ -3,8 +3,13 @@
 // modes), decode every tag of a type we know, rebuild it, and save the whole profile again.
 // libFuzzer calls it directly; fuzz/replay_main.cpp runs it over files so the sanitizer build of
 // the tests replays real and hostile profiles through exactly the same code.
+// Built with VELTRINO_FUZZ_IMAGES, the input is an image instead: the image reader takes it from
+// memory, and the profile it finds, if any, goes the same way.
 #include "catalogue/catalogue.h"
 #include "document/header_model.h"
+#ifdef VELTRINO_FUZZ_IMAGES
+#include "image/embedded_profile.h"
+#endif
 #include "profile/profile.h"
 #include "tagtypes/curve_type.h"
 #include "tagtypes/lut16_type.h"
@@ -136,8 +141,16 @@ void checkReloads(const std::vector<std::uint8_t>& saved) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::span<const std::uint8_t> input(data, size);
+#ifdef VELTRINO_FUZZ_IMAGES
+    const icEmbeddedProfile image = readEmbeddedProfile(input);
+    touch(image.bytes);
+    if (image.status != icEmbeddedStatus::found)
+        return 0;
+    input = image.bytes;
+#endif
     iccProfileRW profile;
-    if (profile.loadFromMemory(std::span<const std::uint8_t>(data, size)) != icOk)
+    if (profile.loadFromMemory(input) != icOk)
         return 0;
     buildTexts(profile);
     decodeKnownTags(profile);

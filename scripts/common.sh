@@ -7,13 +7,15 @@ veltrino_jobs=${VELTRINO_JOBS:-2}
 # Compilers and build tools, the libraries the code and the tests link, the libFuzzer runtime,
 # Qt for the desktop program, the packages whose real profiles land in /usr/share/color, the
 # checkers of what gets installed (desktop entry, metainfo, manual pages), and dpkg-shlibdeps,
-# with which `cpack -G DEB` finds the package's dependencies.
+# with which `cpack -G DEB` finds the package's dependencies. Exiv2 reads the profiles embedded
+# in images; ImageMagick makes the tests' images.
 veltrino_packages=(
     build-essential g++ cmake pkg-config ccache clang libclang-rt-14-dev
     libgtest-dev libgmock-dev libbenchmark-dev libssl-dev liblcms2-dev libcli11-dev
     qt6-base-dev
     icc-profiles-free colord-data libgs-common argyll
     dpkg-dev desktop-file-utils appstream groff-base
+    libexiv2-dev imagemagick
 )
 
 veltrino_log() {

@@ -92,7 +92,8 @@ bool isModifierOnly(int key) {
 
 CVeltrinoDlg::CVeltrinoDlg(PromptService& prompts, QSettings& settings,
                            const std::string& commandLineFile, QWidget* parent)
-    : QDialog(parent), prompts_(prompts), settings_(settings), document_(prompts) {
+    : QDialog(parent), prompts_(prompts), settings_(settings),
+      document_(prompts, readEmbeddedProfile) {
     DataFolder::set(QFile::encodeName(loadDataDir(settings_)).toStdString());
     buildLayout();
     // Space bar state is only known to whoever sees the key go down, so watch all keys.
@@ -233,7 +234,11 @@ void CVeltrinoDlg::buildLayout() {
 }
 
 FileDialogRequest CVeltrinoDlg::openRequest() {
-    return {"Open an ICC Profile", {"ICC Files (*.icm *.icc)", "All Files (*)"}, "", ""};
+    return {"Open an ICC Profile",
+            {"ICC Files (*.icm *.icc)", "All Files (*)",
+             "Images with profiles (*.jpg *.jpeg *.png *.tif *.tiff *.webp)"},
+            "",
+            ""};
 }
 
 FileDialogRequest CVeltrinoDlg::saveRequest() {
@@ -256,9 +261,12 @@ bool CVeltrinoDlg::openProfile(const std::string& path) {
 }
 
 void CVeltrinoDlg::showProfile() {
-    pathField_->setText(localPath(document_.path()));
+    // A profile taken from an image goes by the image's name, marked as embedded.
+    const QString mark = document_.isEmbedded() ? QString::fromLatin1(kEmbeddedMark) : QString();
+    pathField_->setText(localPath(document_.path()) + mark);
     pathField_->setCursorPosition(0);
-    setWindowTitle(tr("%1 - Veltrino").arg(QFileInfo(localPath(document_.path())).fileName()));
+    setWindowTitle(
+        tr("%1 - Veltrino").arg(QFileInfo(localPath(document_.path())).fileName() + mark));
     showHeaderFields();
     showTagTable();
 }
@@ -302,6 +310,11 @@ void CVeltrinoDlg::browse() {
 void CVeltrinoDlg::saveAs() {
     FileDialogRequest request = saveRequest();
     request.directory = currentFolder();
+    // Never the image itself: its profile is proposed as a profile file of the image's name.
+    if (document_.isEmbedded())
+        request.fileName =
+            QFile::encodeName(QFileInfo(localPath(document_.path())).completeBaseName() + ".icc")
+                .toStdString();
     const auto path = prompts_.askSavePath(request);
     if (!path)
         return;

@@ -14,9 +14,10 @@ inline constexpr int kExitUsage = 2;
 
 class CliSession {
 public:
-    CliSession() : presenter_(stdout), document_(presenter_) {}
+    CliSession() : presenter_(stdout), document_(presenter_, readEmbeddedProfile) {}
 
-    // Opens the profile; false after its boxes were printed to standard error.
+    // Opens the profile, or the one embedded in an image; false after its boxes were printed to
+    // standard error.
     bool open(const std::string& path);
     // Checks TAG, opens the profile and finds the tag: digits only name a directory index,
     // anything else a signature of up to four characters padded with blanks. Returns the exit

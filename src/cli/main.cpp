@@ -2,6 +2,7 @@
 #include "catalogue/catalogue.h"
 #include "cli/cli_session.h"
 #include "cli/exchange_commands.h"
+#include "cli/extract_command.h"
 
 #include <CLI/CLI.hpp>
 
@@ -108,6 +109,12 @@ int main(int argc, char** argv) {
     importCommand->add_option("PATH", exchangePath, "Folder or curve text file")->required();
     importCommand->add_option("OUTPUT", outputPath, "Path of the profile to write")->required();
 
+    std::string imagePath;
+    CLI::App* extract =
+        app.add_subcommand("extract", "Write the ICC profile embedded in an image, byte for byte");
+    extract->add_option("IMAGE", imagePath, "JPEG, PNG, TIFF or WebP image")->required();
+    extract->add_option("OUTPUT", outputPath, "Path of the profile to write")->required();
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& e) {
@@ -127,5 +134,7 @@ int main(int argc, char** argv) {
         return runExportCommand(profilePath, tagText, exchangePath);
     if (importCommand->parsed())
         return runImportCommand(profilePath, tagText, exchangePath, outputPath);
+    if (extract->parsed())
+        return runExtractCommand(imagePath, outputPath);
     return runSave(profilePath, outputPath);
 }

@@ -1,15 +1,26 @@
 #include "document/document.h"
 #include "tagtypes/profile_save.h"
 
-iccDocument::iccDocument(Presenter& presenter)
-    : presenter_(presenter), profile_(std::make_unique<iccProfileRW>()) {}
+#include <filesystem>
+#include <system_error>
+
+iccDocument::iccDocument(Presenter& presenter, EmbeddedProfileReader images)
+    : presenter_(presenter), images_(images), profile_(std::make_unique<iccProfileRW>()) {}
 
 bool iccDocument::open(const std::string& path) {
+    icEmbeddedProfile image = images_ ? images_(path) : icEmbeddedProfile{};
+    if (image.status == icEmbeddedStatus::noProfile) {
+        presenter_.messageBox(icBoxKind::info, kCaption, path + " holds no ICC profile.");
+        return false;
+    }
     // Load into a fresh object so that a failure cannot damage the profile being shown.
     auto loaded = std::make_unique<iccProfileRW>();
+    const icStatus read =
+        image.status == icEmbeddedStatus::found        ? loaded->loadFromMemory(image.bytes)
+        : image.status == icEmbeddedStatus::unreadable ? icErrFile
+                                                       : loaded->loadFromFile(path);
     HeaderFields fields{};
-    if (loaded->loadFromFile(path) != icOk ||
-        fillHeaderPanel(loaded->header(), presenter_, fields) != icOk) {
+    if (read != icOk || fillHeaderPanel(loaded->header(), presenter_, fields) != icOk) {
         presenter_.messageBox(icBoxKind::info, kCaption,
                               "Error in reading ICC profile: " + path + ".\n");
         return false;
@@ -17,11 +28,15 @@ bool iccDocument::open(const std::string& path) {
     warnAboutTagOffsets(*loaded, presenter_);
     profile_ = std::move(loaded);
     path_ = path;
+    embedded_ = std::move(image.bytes);
     fields_ = std::move(fields);
     return true;
 }
 
 icStatus iccDocument::saveAs(const std::string& path) {
+    std::error_code ec;
+    if (isEmbedded() && std::filesystem::equivalent(path, path_, ec))
+        return reportError(presenter_, icErrFile, kCaption, "Error in writing a new profile.");
     if (icStatus s = saveProfileToFile(*profile_, path); s != icOk)
         return reportError(presenter_, s, kCaption, "Error in writing a new profile.");
     return open(path) ? icOk : icErrFile;

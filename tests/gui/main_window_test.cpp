@@ -180,7 +180,9 @@ private slots:
         w.browse(kSrgb);
         QCOMPARE(w.prompts.requests[0].caption, "Open an ICC Profile");
         QCOMPARE(w.prompts.requests[0].filters,
-                 (std::vector<std::string>{"ICC Files (*.icm *.icc)", "All Files (*)"}));
+                 (std::vector<std::string>{
+                     "ICC Files (*.icm *.icc)", "All Files (*)",
+                     "Images with profiles (*.jpg *.jpeg *.png *.tif *.tiff *.webp)"}));
         QCOMPARE(w.path(), QString::fromStdString(kSrgb));
         QCOMPARE(w.fields(), fieldsOnDisk(kSrgb));
         QCOMPARE(w.rows(), rowsOnDisk(kSrgb));
@@ -289,6 +291,25 @@ private slots:
         QCOMPARE(w.prompts.take(),
                  {"stop | Veltrino | Error in writing a new profile. Errcode: -100.\n"});
         QCOMPARE(w.path(), QString::fromStdString(target));
+    }
+
+    void imagesShowTheirProfileAndSaveAProfileFile() {
+        const std::string image = makeImage("photo.jpg", kSrgb), bare = makeImage("bare.png");
+        QVERIFY(!image.empty() && !bare.empty());
+        Window w(*settings, image);
+        QCOMPARE(w.dlg.windowTitle(), "photo.jpg (embedded profile) - Veltrino");
+        QCOMPARE(w.path(), QString::fromStdString(image + " (embedded profile)"));
+        QCOMPARE(w.fields(), fieldsOnDisk(kSrgb));
+        QCOMPARE(w.rows(), rowsOnDisk(kSrgb));
+        w.browse(bare);
+        QCOMPARE(w.prompts.take(),
+                 {QString::fromStdString("info | Veltrino | " + bare + " holds no ICC profile.")});
+        QCOMPARE(w.fields(), fieldsOnDisk(kSrgb));
+        const std::string target = (scratchDir() / "photo.icc").string();
+        w.saveAs(target);
+        QCOMPARE(w.prompts.requests.back().fileName, "photo.icc");
+        QCOMPARE(w.dlg.windowTitle(), "photo.icc - Veltrino");
+        QCOMPARE(w.rows(), rowsOnDisk(target));
     }
 
     void tagsOpenOnDoubleClickKeysAndSpaceFocus() {

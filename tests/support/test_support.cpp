@@ -150,3 +150,13 @@ CliResult runCli(const std::vector<std::string>& args) {
     result.err = slurp(err);
     return result;
 }
+
+std::string makeImage(const std::string& name, const std::string& profile,
+                      const std::string& options) {
+    const std::string path = (scratchDir() / name).string();
+    std::string command = "convert -size 8x8 xc:red " + options;
+    if (!profile.empty())
+        command += " -profile " + shellQuote(profile);
+    command += " " + shellQuote(path) + " </dev/null";
+    return std::system(command.c_str()) == 0 ? path : std::string();
+}
