@@ -8,9 +8,12 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kIndexRole = Qt::UserRole;
+constexpr int kMaxColumnWidth = 320;
 
 // Decoded texts are UTF-8; bytes that are not show as U+FFFD.
 QString text(const std::string& s) {
@@ -50,6 +53,9 @@ CCompareDlg::CCompareDlg(const icProfileDiff& diff, const QString& nameA, const 
             const std::string what = entry.tag.empty() ? entry.what : entry.what + " " + entry.tag;
             auto* row = new QTreeWidgetItem(
                 top, {text(what), text(entry.a), text(entry.b), text(entry.detail)});
+            // Long strings are cut by their column; the tool tip shows them whole.
+            for (int column = 1; column < 4; ++column)
+                row->setToolTip(column, row->text(column));
             // A pair of differing values; summing-up lines and one-sided entries stay plain.
             if (!entry.a.empty() && !entry.b.empty())
                 for (int column : {1, 2})
@@ -57,8 +63,10 @@ CCompareDlg::CCompareDlg(const icProfileDiff& diff, const QString& nameA, const 
         }
     }
     tree_->expandAll();
-    for (int c = 0; c < 3; ++c)
+    for (int c = 0; c < 3; ++c) {
         tree_->resizeColumnToContents(c);
+        tree_->setColumnWidth(c, std::min(tree_->columnWidth(c), kMaxColumnWidth));
+    }
     connect(tree_, &QTreeWidget::itemDoubleClicked, this,
             [this](QTreeWidgetItem* item) { activate(item); });
 
