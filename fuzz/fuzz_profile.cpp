@@ -6,6 +6,7 @@
 // Built with VELTRINO_FUZZ_IMAGES, the input is an image instead: the image reader takes it from
 // memory, and the profile it finds, if any, goes the same way.
 #include "catalogue/catalogue.h"
+#include "diff/profile_diff.h"
 #include "document/header_model.h"
 #ifdef VELTRINO_FUZZ_IMAGES
 #include "image/embedded_profile.h"
@@ -127,6 +128,27 @@ void showEveryTag(iccProfileRW& profile) {
         (void)showTag(presenter, profile, i);
 }
 
+// The comparison with a copy in which every tag has one byte changed after its type signature,
+// so that every tag goes through its type's comparison on both sides.
+void diffWithChangedCopy(iccProfileRW& profile, std::span<const std::uint8_t> data) {
+    iccProfileRW changed;
+    if (changed.loadFromMemory(data) != icOk)
+        return;
+    for (int i = 0; i < changed.tagCount(); ++i) {
+        const auto bytes = changed.getTagData(i);
+        if (bytes.size() <= 8)
+            continue;
+        std::vector<std::uint8_t> copy(bytes.begin(), bytes.end());
+        copy[8 + (copy.size() - 8) / 2] ^= 1;
+        (void)changed.setTagData(changed.getEntry(i)->sig, copy);
+    }
+    icProfileDiff diff;
+    if (diffProfiles(profile, changed, {}, diff) == icOk) {
+        volatile std::size_t sink = diffReportText(diff).size();
+        (void)sink;
+    }
+}
+
 // What we write we must be able to read: a saved profile that does not load again is a writer
 // fault, so it stops the run like a crash would.
 void checkReloads(const std::vector<std::uint8_t>& saved) {
@@ -155,6 +177,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     buildTexts(profile);
     decodeKnownTags(profile);
     showEveryTag(profile);
+    diffWithChangedCopy(profile, std::span<const std::uint8_t>(data, size));
     std::vector<std::uint8_t> saved;
     if (saveProfileToMemory(profile, saved) == icOk)
         checkReloads(saved);

@@ -1,5 +1,6 @@
 #include "app/veltrino_dialog.h"
 
+#include "app/compare_dialog.h"
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"
 #include "catalogue/catalogue.h"
@@ -127,6 +128,11 @@ void CVeltrinoDlg::buildLayout() {
     top->addWidget(browseButton_);
     top->addWidget(pathField_, 1);
     top->addWidget(saveAsButton_);
+    compareButton_ = new QPushButton(tr("Compare with..."), this);
+    compareButton_->setObjectName(QStringLiteral("compareButton"));
+    compareButton_->setToolTip(tr("Compare this profile with another one (Ctrl+D)"));
+    compareButton_->setEnabled(false);
+    top->addWidget(compareButton_);
 
     headerGroup_ = new QGroupBox(tr("Header Info:"), this);
     auto* fields = new QGridLayout;
@@ -229,6 +235,9 @@ void CVeltrinoDlg::buildLayout() {
             browseButton_, &QPushButton::click);
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), this),
             &QShortcut::activated, saveAsButton_, &QPushButton::click);
+    connect(compareButton_, &QPushButton::clicked, this, &CVeltrinoDlg::compareWith);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_D), this), &QShortcut::activated,
+            compareButton_, &QPushButton::click);
 
     resize(sizeHint().expandedTo(QSize(880, 0)));
 }
@@ -269,6 +278,7 @@ void CVeltrinoDlg::showProfile() {
         tr("%1 - Veltrino").arg(QFileInfo(localPath(document_.path())).fileName() + mark));
     showHeaderFields();
     showTagTable();
+    compareButton_->setEnabled(true);
 }
 
 void CVeltrinoDlg::showHeaderFields() {
@@ -353,6 +363,14 @@ void CVeltrinoDlg::openSelectedTag() {
 void CVeltrinoDlg::showAbout() {
     prompts_.about("About Veltrino", "Veltrino Version " VELTRINO_VERSION
                                      "\n\nInspects and edits ICC colour profiles.");
+}
+
+void CVeltrinoDlg::compareWith() {
+    FileDialogRequest request = openRequest();
+    request.caption = "Compare with an ICC Profile";
+    request.directory = currentFolder();
+    compareWithFile(prompts_, document_, request, this,
+                    [this](int index) { showTag(prompts_, document_.profile(), index); });
 }
 
 bool CVeltrinoDlg::tagListKeyPressed(const QKeyEvent& key) {

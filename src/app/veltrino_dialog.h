@@ -38,6 +38,8 @@ public:
     void modifyHeader();
     void openSelectedTag();
     void showAbout();
+    // "Compare with...": the open profile against another one, in the comparison window.
+    void compareWith();
 
     // The dialogs' fixed texts, also used by tests to check what was asked.
     static FileDialogRequest openRequest();
@@ -67,6 +69,7 @@ private:
     QPushButton* browseButton_;
     QLineEdit* pathField_;
     QPushButton* saveAsButton_;
+    QPushButton* compareButton_;
     QGroupBox* headerGroup_;
     std::array<QLineEdit*, kHeaderFieldCount> headerFields_{};
     QPushButton* modifyButton_;

@@ -1,6 +1,7 @@
 // veltrino-cli: the library of the desktop program, without a display.
 #include "catalogue/catalogue.h"
 #include "cli/cli_session.h"
+#include "cli/diff_command.h"
 #include "cli/exchange_commands.h"
 #include "cli/extract_command.h"
 
@@ -114,6 +115,21 @@ int main(int argc, char** argv) {
         app.add_subcommand("extract", "Write the ICC profile embedded in an image, byte for byte");
     extract->add_option("IMAGE", imagePath, "JPEG, PNG, TIFF or WebP image")->required();
     extract->add_option("OUTPUT", outputPath, "Path of the profile to write")->required();
+    std::string otherPath;
+    bool json = false;
+    double tolerance = 0;
+    CLI::App* diff = app.add_subcommand("diff", "Compare two profiles tag by tag");
+    diff->add_flag("--json", json, "Write the comparison as one JSON document");
+    diff->add_option("--tolerance", tolerance, "Ignore numeric differences up to T")
+        ->check([](const std::string& text) {
+            double value = -1;
+            return CLI::detail::lexical_cast(text, value) && value >= 0
+                       ? std::string()
+                       : "T must be a number of 0 or more: " + text;
+        })
+        ->option_text("T");
+    diff->add_option("A", profilePath, "ICC profile (.icc, .icm)")->required();
+    diff->add_option("B", otherPath, "ICC profile to compare it with")->required();
 
     try {
         app.parse(argc, argv);
@@ -132,6 +148,8 @@ int main(int argc, char** argv) {
         return runDump(profilePath, hexadecimal);
     if (exportCommand->parsed())
         return runExportCommand(profilePath, tagText, exchangePath);
+    if (diff->parsed())
+        return runDiffCommand(profilePath, otherPath, json, tolerance);
     if (importCommand->parsed())
         return runImportCommand(profilePath, tagText, exchangePath, outputPath);
     if (extract->parsed())

@@ -1,0 +1,284 @@
+// Comparing two profiles: every installed profile against itself and its saved copy, each kind
+// of tag on small built pairs, one CLUT node changed through export and import, a version 2 /
+// version 4 pair, and the diff command's exit statuses.
+#include "diff/profile_diff.h"
+#include "support/test_support.h"
+#include "tagtypes/lut16_type.h"
+#include "tagtypes/lut_atob_type.h"
+#include "tagtypes/profile_save.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <set>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string kSrgbV2 = "/usr/share/color/icc/sRGB.icc";
+const std::string kSrgbV4 = "/usr/share/color/icc/colord/sRGB.icc";
+
+icProfileDiff diffOf(iccProfile& a, iccProfile& b, double tolerance = 0) {
+    icProfileDiff diff;
+    EXPECT_EQ(diffProfiles(a, b, {tolerance}, diff), icOk);
+    return diff;
+}
+
+std::vector<std::string> lines(const icDiffSection& section) {
+    std::vector<std::string> out;
+    for (const icDiffEntry& e : section.entries)
+        out.push_back(diffEntryText(e));
+    return out;
+}
+
+const icDiffSection* find(const icProfileDiff& diff, const std::string& title) {
+    for (const icDiffSection& s : diff.sections)
+        if (s.title.starts_with(title))
+            return &s;
+    return nullptr;
+}
+
+Bytes be(std::initializer_list<std::uint32_t> words, int width = 4) {
+    Bytes out;
+    for (std::uint32_t w : words)
+        for (int shift = 8 * (width - 1); shift >= 0; shift -= 8)
+            out.push_back(static_cast<std::uint8_t>(w >> shift));
+    return out;
+}
+
+Bytes curv(std::initializer_list<std::uint32_t> values) {
+    Bytes payload = be({static_cast<std::uint32_t>(values.size())}), table = be(values, 2);
+    payload.insert(payload.end(), table.begin(), table.end());
+    return tagBytes(icSig("curv"), payload);
+}
+
+Bytes lut16(double matrixE1, std::uint16_t lastInputEntry) {
+    iccLut16Type lut;
+    EXPECT_EQ(lut.initialize(1, 2, 1, 2, 2), icOk);
+    const double matrix[9] = {matrixE1, 0, 0, 0, 1, 0, 0, 0, 1};
+    lut.setMatrix(matrix);
+    lut.inputTables[1] = lastInputEntry;
+    EXPECT_EQ(lut.rebuild(), icOk);
+    return Bytes(lut.raw().begin(), lut.raw().end());
+}
+
+TEST(ProfileDiff, EveryInstalledProfileAgainstItselfAndItsSave) {
+    const std::set<std::string> headerChanges = {"Size", "Date", "Profile ID"};
+    for (const fs::path& path : installedProfiles()) {
+        SCOPED_TRACE(path.string());
+        iccProfileRW a, same, toSave, saved;
+        ASSERT_EQ(a.loadFromFile(path), icOk);
+        ASSERT_EQ(same.loadFromFile(path), icOk);
+        EXPECT_TRUE(diffOf(a, same).equivalent()) << diffReportText(diffOf(a, same));
+
+        const std::string copy = (scratchDir() / "diff-saved.icc").string();
+        ASSERT_EQ(toSave.loadFromFile(path), icOk);
+        ASSERT_EQ(saveProfileToFile(toSave, copy), icOk);
+        ASSERT_EQ(saved.loadFromFile(copy), icOk);
+        for (const icDiffSection& s : diffOf(a, saved).sections) {
+            ASSERT_NE(s.kind, icDiffSectionKind::tag) << s.title;
+            for (const icDiffEntry& e : s.entries)
+                EXPECT_TRUE(s.kind == icDiffSectionKind::header
+                                ? headerChanges.contains(e.what)
+                                : e.what == "moved" || (e.what == "only in B" &&
+                                                        (e.tag == "desc" || e.tag == "cprt")))
+                    << diffEntryText(e);
+        }
+    }
+}
+
+struct TagCase {
+    const char* name;
+    Bytes a, b;
+    double tolerance;
+    std::vector<std::string> expected; // the tag section's lines; none when within tolerance
+};
+
+TEST(ProfileDiff, TagsOfEachKind) {
+    const Bytes xyz = tagBytes(icSig("XYZ "), be({63190, 65536, 54061}));
+    Bytes xyzReserved = xyz;
+    xyzReserved[4] = 1;
+    const TagCase cases[] = {
+        {"XYZ by one step",
+         xyz,
+         tagBytes(icSig("XYZ "), be({63191, 65536, 54061})),
+         0,
+         {"X: 0.964203 -> 0.964218 (delta +0.000015)"}},
+        {"XYZ within tolerance",
+         xyz,
+         tagBytes(icSig("XYZ "), be({63191, 65536, 54061})),
+         0.0001,
+         {}},
+        {"XYZ reserved byte", xyz, xyzReserved, 0, {"bytes: 1 of 20 differ, first at offset 4"}},
+        {"curves of other lengths",
+         curv({0, 65535}),
+         curv({0, 30000, 65535}),
+         0,
+         {"curve: 2 points -> 3 points",
+          "curve values: 32767.5 -> 30000 (max difference 2767.5 at point 1 of 3, mean 922.5)"}},
+        {"identity as a parametric curve",
+         tagBytes(icSig("curv"), be({0})),
+         tagBytes(icSig("para"), be({0, 65536})),
+         0,
+         {"type: 'curv' -> 'para'",
+          "curve: identity -> parametric type 0: 1 (same values on 4096 points)"}},
+        {"text", textTag("abc"), textTag("ab\"\n"), 0, {"text: \"abc\" -> \"ab\\\"\\n\""}},
+        {"lut16 matrix and input table",
+         lut16(1, 65535),
+         lut16(1.5, 60000),
+         0,
+         {"matrix e1: 1.000000 -> 1.500000 (delta +0.500000)",
+          "input table 0: 65535 -> 60000 (max difference 5535 at entry 1, 1 of 2 entries "
+          "differ)"}},
+        {"unknown type",
+         tagBytes(icSig("zzzz"), {1, 2, 3, 4, 5, 6}),
+         tagBytes(icSig("zzzz"), {1, 9, 3, 4, 5, 6, 7}),
+         0,
+         {"size: 14 bytes -> 15 bytes", "bytes: 2 of 15 differ, first at offset 9"}},
+    };
+    for (const TagCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        iccProfileRW a, b;
+        ASSERT_EQ(a.loadFromMemory(ProfileBuilder().tag(icSig("wtpt"), c.a).build()), icOk);
+        ASSERT_EQ(b.loadFromMemory(ProfileBuilder().tag(icSig("wtpt"), c.b).build()), icOk);
+        const icProfileDiff diff = diffOf(a, b, c.tolerance);
+        const icDiffSection* tag = find(diff, "Tag wtpt");
+        EXPECT_EQ(tag ? lines(*tag) : std::vector<std::string>(), c.expected);
+        EXPECT_EQ(diff.tagsWithinTolerance, c.expected.empty() ? 1u : 0u);
+    }
+}
+
+TEST(ProfileDiff, HeaderAndDirectory) {
+    const Bytes xyz = tagBytes(icSig("XYZ "), be({1, 2, 3}));
+    ProfileBuilder a, b;
+    a.tag(icSig("desc"), textTag("x")).tag(icSig("wtpt"), xyz).entry(icSig("bkpt"), 180, 20);
+    b.header.renderingIntent = 2;
+    b.header.flags = 0x10000;
+    b.tag(icSig("desc"), textTag("x")).tag(icSig("wtpt"), xyz).tag(icSig("bkpt"), xyz);
+    b.tag(icSig("priv"), tagBytes(icSig("zzzz")));
+    iccProfileRW pa, pb;
+    ASSERT_EQ(pa.loadFromMemory(a.build()), icOk);
+    ASSERT_EQ(pb.loadFromMemory(b.build()), icOk);
+    const icProfileDiff diff = diffOf(pa, pb);
+    ASSERT_EQ(diff.sections.size(), 2u) << diffReportText(diff);
+    EXPECT_EQ(lines(diff.sections[0]),
+              (std::vector<std::string>{"Size: 200 bytes -> 240 bytes",
+                                        "Flags: not embedded, independently (00000000) -> not "
+                                        "embedded, independently (00010000)",
+                                        "Intent: Perceptual -> Saturation"}));
+    EXPECT_EQ(lines(diff.sections[1]),
+              (std::vector<std::string>{"only in B: priv 'zzzz', 8 bytes",
+                                        "moved: desc offset 168 -> offset 180",
+                                        "shared differently: wtpt with bkpt -> not shared",
+                                        "shared differently: bkpt with wtpt -> not shared"}));
+    EXPECT_EQ(diffSummaryText(diff),
+              "Summary: the profiles differ in 3 header fields and 4 directory changes");
+}
+
+TEST(ProfileDiff, VersionTwoAgainstVersionFour) {
+    iccProfileRW v2, v4;
+    if (v2.loadFromFile(kSrgbV2) != icOk || v4.loadFromFile(kSrgbV4) != icOk)
+        GTEST_SKIP() << "the two sRGB profiles are not installed";
+    const icProfileDiff diff = diffOf(v2, v4);
+    const std::vector<std::string> header = lines(*find(diff, "Header"));
+    EXPECT_NE(std::find(header.begin(), header.end(), "Version: 0x2300000 -> 0x4400000"),
+              header.end());
+    const icDiffSection* desc = find(diff, "Tag desc (Profile Description Tag, 'desc' -> 'mluc')");
+    ASSERT_NE(desc, nullptr);
+    EXPECT_EQ(lines(*desc),
+              (std::vector<std::string>{"type: 'desc' -> 'mluc'", "ASCII: \"sRGB\" -> (none)",
+                                        "en/US: (none) -> \"sRGB\""}));
+    // The version 2 tables and the version 4 parametric curves agree within one step.
+    const icDiffSection* trc = find(diff, "Tag rTRC");
+    ASSERT_NE(trc, nullptr);
+    ASSERT_EQ(trc->entries.size(), 3u);
+    EXPECT_LT(*trc->entries[2].delta, 1.0);
+    const icProfileDiff tolerant = diffOf(v2, v4, 1.0);
+    trc = find(tolerant, "Tag rTRC");
+    ASSERT_NE(trc, nullptr);
+    EXPECT_EQ(trc->entries.back().detail, "values within the tolerance");
+}
+
+// An 'mAB ' with A curves, a 3x4x5 CLUT of three 16-bit outputs and B curves, in a version 4
+// profile.
+std::string mlutProfile() {
+    iccMlutType lut;
+    EXPECT_EQ(lut.createLayout(iccMlutType::kAToB, 3, 3, {true, false, false, true, true}), icOk);
+    for (auto* set : {&lut.aCurves, &lut.bCurves})
+        for (iccCurveElement& curve : **set)
+            EXPECT_EQ(curve.buildCurve(0), icOk);
+    EXPECT_EQ(lut.clut->init(3, 3, 2, std::vector<std::uint8_t>{3, 4, 5}), icOk);
+    for (std::uint32_t i = 0; i < lut.clut->valueCount(); ++i)
+        EXPECT_EQ(lut.clut->setValue(i, i * 331), icOk);
+    EXPECT_EQ(lut.rebuild(), icOk);
+    iccProfileRW profile;
+    profile.header().version = 0x04300000;
+    EXPECT_EQ(setDescription(profile, "mAB"), icOk);
+    EXPECT_EQ(profile.setTagData(icSig("A2B0"), lut.raw()), icOk);
+    const std::string path = (scratchDir() / "diff-mab.icc").string();
+    EXPECT_EQ(saveProfileToFile(profile, path), icOk);
+    return path;
+}
+
+// Exported, one line of clut.txt edited, imported: the diff names exactly that node.
+TEST(ProfileDiff, ClutNodeChangedThroughImport) {
+    struct Case {
+        std::string profile;
+        int node;
+        std::vector<std::uint32_t> coordinates;
+        std::vector<std::string> sharing; // the entries that share the table's bytes
+    };
+    const Case cases[] = {
+        {"/usr/share/color/icc/ghostscript/default_cmyk.icc", 1000, {1, 3, 3, 1}, {"A2B1", "A2B2"}},
+        {mlutProfile(), 37, {1, 3, 2}, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.profile);
+        if (!fs::exists(c.profile))
+            continue;
+        const fs::path folder = scratchDir() / "diff-clut";
+        fs::remove_all(folder);
+        ASSERT_EQ(runCli({"export", c.profile, "A2B0", folder.string()}).exitCode, 0);
+        std::string clut = readText(folder / "clut.txt");
+        const std::string tag = "\n" + std::to_string(c.node) + " ";
+        const std::size_t at = clut.find(tag) + tag.size();
+        ASSERT_NE(at, std::string::npos + tag.size());
+        std::string old = clut.substr(at, clut.find('\n', at) - at);
+        old.erase(old.find_last_not_of(' ') + 1);
+        const std::string first = old.substr(0, old.find(' '));
+        const std::string edited = std::to_string(std::stoul(first) ^ 1) + old.substr(first.size());
+        clut.replace(at, old.size(), edited);
+        writeText(folder / "clut.txt", clut);
+        const std::string output = (scratchDir() / "diff-imported.icc").string();
+        ASSERT_EQ(runCli({"import", c.profile, "A2B0", folder.string(), output}).exitCode, 0);
+
+        const CliResult json = runCli({"diff", "--json", c.profile, output});
+        EXPECT_EQ(json.exitCode, 1);
+        const auto report = nlohmann::json::parse(json.out);
+        ASSERT_EQ(report["tags"].size(), 1u) << json.out;
+        EXPECT_EQ(report["tags"][0]["sharedWith"], c.sharing);
+        const auto& entries = report["tags"][0]["entries"];
+        ASSERT_EQ(entries.size(), 2u) << json.out;
+        EXPECT_TRUE(entries[0]["detail"].get<std::string>().starts_with("1 of ")) << json.out;
+        EXPECT_EQ(entries[1]["node"], c.coordinates);
+        EXPECT_EQ(entries[1]["a"], old);
+        EXPECT_EQ(entries[1]["b"], edited);
+        EXPECT_EQ(runCli({"diff", "--tolerance", "1", c.profile, output}).out.find("CLUT"),
+                  std::string::npos);
+    }
+}
+
+TEST(ProfileDiff, CommandExitStatuses) {
+    const CliResult same = runCli({"diff", kSrgbV4, kSrgbV4});
+    EXPECT_EQ(same.exitCode, 0);
+    EXPECT_EQ(same.out, "Summary: the profiles are equivalent\n");
+    const CliResult missing = runCli({"diff", kSrgbV4, "/no/such.icc"});
+    EXPECT_EQ(missing.exitCode, 3);
+    EXPECT_NE(missing.err.find("Error in reading ICC profile: /no/such.icc."), std::string::npos);
+    EXPECT_EQ(runCli({"diff", kSrgbV4}).exitCode, 2);
+    EXPECT_EQ(runCli({"diff", "--tolerance", "-1", kSrgbV4, kSrgbV4}).exitCode, 2);
+}
+
+} // namespace
