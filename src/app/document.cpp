@@ -1,5 +1,8 @@
 #include "app/document.h"
 
+#include <cerrno>
+#include <system_error>
+
 iccDocument::iccDocument(Presenter& presenter)
     : presenter_(presenter), profile_(std::make_unique<iccProfileRW>()) {}
 
@@ -20,9 +23,16 @@ bool iccDocument::open(const std::string& path) {
     return true;
 }
 
-icStatus iccDocument::saveAs(const std::string& path) {
-    if (icStatus s = profile_->saveToFile(path); s != icOk)
-        return reportError(presenter_, s, kCaption, "Error in writing a new profile.");
+icStatus iccDocument::saveAs(const std::string& path, bool explain) {
+    errno = 0;
+    if (icStatus s = profile_->saveToFile(path); s != icOk) {
+        const int reason = errno;
+        std::string text = errorReportText(s, "Error in writing a new profile.");
+        if (explain)
+            text += path + (reason ? ": " + std::generic_category().message(reason) : "");
+        presenter_.messageBox(icBoxKind::stop, kCaption, text);
+        return s;
+    }
     return open(path) ? icOk : icErrFile;
 }
 

@@ -18,8 +18,9 @@ public:
     // the document keeps what it held before.
     bool open(const std::string& path);
     // Lays the profile out, writes it and opens the written file again. On failure "Error in
-    // writing a new profile." is reported with its code and the profile in memory is kept.
-    [[nodiscard]] icStatus saveAs(const std::string& path);
+    // writing a new profile." is reported with its code and the profile in memory is kept;
+    // `explain` adds a line with the path and the system's reason.
+    [[nodiscard]] icStatus saveAs(const std::string& path, bool explain = false);
 
     bool isOpen() const { return !path_.empty(); }
     const std::string& path() const { return path_; }

@@ -7,8 +7,8 @@
 #include "profile/byte_io.h"
 #include "profile/status.h"
 #include "viewers/lut_model.h"
+#include "viewers/sheet_parts.h"
 
-#include <QDialog>
 #include <QWidget>
 
 #include <array>
@@ -82,11 +82,15 @@ public:
     // its controls, then the controls and the current node's values.
     void activate();
     void refresh();
+    // "Accept Change", also run by Enter in a value box: the boxes' values go into the node.
+    // The boxes keep what was typed; the second texts show what was stored.
+    void acceptChange();
+    // Whether a value box holds typing that "Accept Change" has not taken.
+    bool hasTypedValues() const;
 
 private:
     void scroll(int channel, icScrollRequest request, int thumb);
     void showValues();
-    void acceptChange();
 
     LutModel& model_;
     PromptService& prompts_;
@@ -96,7 +100,7 @@ private:
     std::array<QLabel*, kLutPageChannels> notes_{};
 };
 
-class CiccLutPropertySheet : public QDialog {
+class CiccLutPropertySheet : public CEditingViewerDlg {
     Q_OBJECT
 public:
     // Exactly one of the two tables; `outputSpace` is the colour space of its outputs. Boxes and
@@ -113,6 +117,10 @@ public:
 
     QTabWidget* pages() const { return pages_; }
 
+protected:
+    bool pendingChanges() const override { return modified() || clut_->hasTypedValues(); }
+    void takeTypedValues() override;
+
 private:
     void pageActivated(int index);
     void refreshAll();
@@ -122,7 +130,6 @@ private:
     iccLut8Type* lut8_;
     iccLut16Type* lut16_;
     LutModel model_;
-    PromptService& prompts_;
     icStatus setupStatus_ = icOk;
     QTabWidget* pages_;
     CiccLutPropertyPage1* info_;
