@@ -1,5 +1,7 @@
 #include "app/header_edit_dialog.h"
 
+#include "viewers/dialog_widgets.h"
+
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -34,8 +36,8 @@ QLineEdit* makeEdit(QWidget* parent, const char* name, const QString& text, int 
 }
 
 QLineEdit* makeReadOnly(QWidget* parent, const char* name, const QString& text) {
-    QLineEdit* edit = makeEdit(parent, name, text);
-    edit->setReadOnly(true);
+    QLineEdit* edit = readOnlyBox(parent, QLatin1String(name));
+    edit->setText(text);
     edit->setCursorPosition(0);
     return edit;
 }
@@ -157,6 +159,21 @@ HeaderEditFields CEditHeaderDlg::fields() const {
 }
 
 void CEditHeaderDlg::accept() {
+    const HeaderEditFields shown = headerEditFields(header_);
+    if (const auto refusal = refuseHeaderEdit(fields(), shown)) {
+        const std::pair<std::string HeaderEditFields::*, QLineEdit*> boxes[] = {
+            {&HeaderEditFields::version, version_},
+            {&HeaderEditFields::date, date_},
+            {&HeaderEditFields::time, time_},
+            {&HeaderEditFields::model, model_}};
+        for (const auto& [field, box] : boxes)
+            if (field == refusal->field) {
+                box->setText(sigText(shown.*field));
+                box->setFocus();
+            }
+        presenter_.messageBox(icBoxKind::warning, windowTitle().toStdString(), refusal->message);
+        return;
+    }
     for (const std::string& warning : applyHeaderEdit(fields(), header_))
         presenter_.messageBox(icBoxKind::info, kCaption, warning);
     QDialog::accept();

@@ -4,6 +4,8 @@
 #include "document/text_format.h"
 #include "profile/profile_id.h"
 
+#include <charconv>
+#include <cstdint>
 #include <optional>
 
 namespace {
@@ -35,7 +37,82 @@ std::uint32_t bitIfSet(int position, std::uint32_t bit) {
     return position != 0 ? bit : 0;
 }
 
+std::string_view trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+// Digits only, all of them in `base`, with a value up to `maximum`.
+std::optional<std::uint32_t> numberUpTo(std::string_view text, int base, std::uint32_t maximum) {
+    std::uint32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size() || value > maximum)
+        return std::nullopt;
+    return value;
+}
+
+bool isWord32(std::string_view text) {
+    text = trimmed(text);
+    if (text.starts_with("0x") || text.starts_with("0X"))
+        return text.size() <= 10 && numberUpTo(text.substr(2), 16, UINT32_MAX);
+    return numberUpTo(text, text.starts_with('0') ? 8 : 10, UINT32_MAX).has_value();
+}
+
+// Three decimal numbers between two separators, each from its minimum to its maximum.
+bool isTriple(std::string_view text, char separator, std::array<std::uint32_t, 3> minima,
+              std::array<std::uint32_t, 3> maxima) {
+    text = trimmed(text);
+    for (std::size_t i = 0; i < 3; ++i) {
+        const std::size_t end = i < 2 ? text.find(separator) : text.size();
+        if (end == std::string_view::npos)
+            return false;
+        const auto value = numberUpTo(text.substr(0, end), 10, maxima[i]);
+        if (!value || *value < minima[i])
+            return false;
+        text.remove_prefix(i < 2 ? end + 1 : end);
+    }
+    return true;
+}
+
+struct NumberField {
+    std::string HeaderEditFields::*field;
+    const char* label;
+    bool (*valid)(std::string_view);
+    const char* rule;
+};
+
+constexpr NumberField kNumberFields[] = {
+    {&HeaderEditFields::version, "Version", isWord32,
+     "a 32-bit number: up to 8 hexadecimal digits after 0x, or a decimal number"},
+    {&HeaderEditFields::date, "Date",
+     [](std::string_view t) {
+         return isTriple(t, '/', {0, 1, 1}, {65535, 12, 31});
+     },
+     "a date: year/month/day, with the month 1 to 12 and the day 1 to 31"},
+    {&HeaderEditFields::time, "Time",
+     [](std::string_view t) {
+         return isTriple(t, ':', {0, 0, 0}, {23, 59, 59});
+     },
+     "a time: hour:minute:second, with the hour 0 to 23, minutes and seconds 0 to 59"},
+    {&HeaderEditFields::model, "Model", isWord32,
+     "a 32-bit number: up to 8 hexadecimal digits after 0x, or a decimal number"},
+};
+
 } // namespace
+
+std::optional<HeaderEditRefusal> refuseHeaderEdit(const HeaderEditFields& typed,
+                                                  const HeaderEditFields& shown) {
+    for (const NumberField& f : kNumberFields) {
+        const std::string& text = typed.*f.field;
+        if (text.empty() || text == shown.*f.field || f.valid(text))
+            continue;
+        return HeaderEditRefusal{f.field, std::string(f.label) + ": \"" + text + "\" is not " +
+                                              f.rule + ". The old value is kept."};
+    }
+    return std::nullopt;
+}
 
 HeaderEditFields headerEditFields(const icHeader& h) {
     HeaderEditFields f;

@@ -5,6 +5,7 @@
 #include "profile/header.h"
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,3 +45,18 @@ HeaderEditFields headerEditFields(const icHeader& header);
 // Applies the fields to the header in the editor's order and returns the texts of the plain
 // boxes to show (the V2/V4 version warnings).
 std::vector<std::string> applyHeaderEdit(const HeaderEditFields& fields, icHeader& header);
+
+// A text that "OK" refuses, leaving the whole header as it was: the field (as a member of the
+// fields, so the dialog can put its old text back) and the warning that says why.
+struct HeaderEditRefusal {
+    std::string HeaderEditFields::*field = nullptr;
+    std::string message;
+};
+
+// The first number field whose text the header cannot hold. Version and Model take one 32-bit
+// number: decimal, up to 8 hexadecimal digits after "0x", or octal after a leading 0. Date takes
+// year/month/day (year up to 65535, month 1 to 12, day 1 to 31), Time hour:minute:second (0 to
+// 23, 0 to 59, 0 to 59). An empty field, and one still holding the text it was `shown` with,
+// is taken as it is: both keep the rules of applyHeaderEdit.
+std::optional<HeaderEditRefusal> refuseHeaderEdit(const HeaderEditFields& typed,
+                                                  const HeaderEditFields& shown);

@@ -5,6 +5,7 @@
 #include "viewers/curve_dialog.h"
 #include "viewers/dump_clut_dialog.h"
 #include "viewers/hex_dump_dialog.h"
+#include "viewers/hex_dump_model.h"
 #include "viewers/large_text_dialog.h"
 #include "viewers/lut_property_sheet.h"
 #include "viewers/mluc_dialog.h"
@@ -12,8 +13,13 @@
 #include "viewers/named_color_dialog.h"
 #include "viewers/xyz_dialog.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QLabel>
+#include <QSpacerItem>
 #include <QStringList>
 
 namespace {
@@ -41,6 +47,26 @@ std::optional<std::string> runFileDialog(QWidget* parent, const FileDialogReques
     return QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
 }
 
+// Room for the whole caption in the title bar: its text in a bold title font, and the window
+// manager's icon and buttons beside it. A box sizes itself to its contents alone otherwise, and
+// the title bar cuts a long caption (the name of the tag) short.
+constexpr int kTitleBarDecorations = 160;
+
+std::unique_ptr<QMessageBox> applicationModalBox(QMessageBox::Icon icon, std::string_view caption,
+                                                 std::string_view text,
+                                                 QMessageBox::StandardButtons buttons) {
+    auto box = std::make_unique<QMessageBox>(icon, toQString(caption), toQString(text), buttons);
+    box->setWindowModality(Qt::ApplicationModal);
+    QFont titleFont = QApplication::font("QMdiSubWindowTitleBar");
+    titleFont.setBold(true);
+    const int captionWidth =
+        QFontMetrics(titleFont).horizontalAdvance(box->windowTitle()) + kTitleBarDecorations;
+    if (auto* grid = qobject_cast<QGridLayout*>(box->layout()))
+        grid->addItem(new QSpacerItem(captionWidth, 0, QSizePolicy::Minimum), grid->rowCount(), 0,
+                      1, grid->columnCount());
+    return box;
+}
+
 } // namespace
 
 std::unique_ptr<QMessageBox> makeMessageBox(icBoxKind kind, std::string_view caption,
@@ -50,10 +76,31 @@ std::unique_ptr<QMessageBox> makeMessageBox(icBoxKind kind, std::string_view cap
         icon = QMessageBox::Warning;
     else if (kind == icBoxKind::stop)
         icon = QMessageBox::Critical;
-    auto box =
-        std::make_unique<QMessageBox>(icon, toQString(caption), toQString(text), QMessageBox::Ok);
-    box->setWindowModality(Qt::ApplicationModal);
+    auto box = applicationModalBox(icon, caption, text, QMessageBox::Ok);
+    if (auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+        label && isNumberTable(text))
+        label->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     return box;
+}
+
+std::unique_ptr<QMessageBox> makeCloseQuestion(icKeepButton keep, std::string_view caption,
+                                               std::string_view text) {
+    const QMessageBox::StandardButton keeping =
+        keep == icKeepButton::save ? QMessageBox::Save : QMessageBox::Apply;
+    auto box = applicationModalBox(QMessageBox::Question, caption, text,
+                                   keeping | QMessageBox::Discard | QMessageBox::Cancel);
+    box->setDefaultButton(keeping);
+    box->setEscapeButton(QMessageBox::Cancel);
+    return box;
+}
+
+icCloseAnswer QtPresenter::askBeforeClosing(icKeepButton keep, std::string_view caption,
+                                            std::string_view text) {
+    const auto box = makeCloseQuestion(keep, caption, text);
+    const int answer = box->exec();
+    if (answer == QMessageBox::Save || answer == QMessageBox::Apply)
+        return icCloseAnswer::keep;
+    return answer == QMessageBox::Discard ? icCloseAnswer::discard : icCloseAnswer::stay;
 }
 
 void QtPresenter::messageBox(icBoxKind kind, std::string_view caption, std::string_view text) {
@@ -126,7 +173,7 @@ icViewerResult QtPresenter::curveViewer(std::string_view caption, iccCurveElemen
 
 // "&OK" hands the three values back whether or not they were changed.
 icViewerResult QtPresenter::xyzViewer(std::string_view caption, iccXYZType& xyz) {
-    CcieXYZDlg dialog(xyz.X, xyz.Y, xyz.Z, caption, parent_);
+    CcieXYZDlg dialog(xyz.X, xyz.Y, xyz.Z, caption, *this, parent_);
     if (dialog.exec() != QDialog::Accepted)
         return {};
     const bool changed = xyz.X != dialog.X() || xyz.Y != dialog.Y() || xyz.Z != dialog.Z();

@@ -11,9 +11,13 @@
 #include <memory>
 
 // The box that messageBox() runs: the icon the kind calls for, one "OK" button, and modal for
-// the whole application, since a library message may come while any window is up.
+// the whole application, since a library message may come while any window is up. The box is
+// wide enough for its whole caption, and a table of numbers is set in the fixed-width font.
 std::unique_ptr<QMessageBox> makeMessageBox(icBoxKind kind, std::string_view caption,
                                             std::string_view text);
+// The question before changes would be lost: the keeping button, "Discard" and "Cancel".
+std::unique_ptr<QMessageBox> makeCloseQuestion(icKeepButton keep, std::string_view caption,
+                                               std::string_view text);
 
 class QtPresenter : public PromptService {
 public:
@@ -28,6 +32,8 @@ public:
     std::optional<std::string> askOpenPath(const FileDialogRequest& request) override;
     std::optional<std::string> askSavePath(const FileDialogRequest& request) override;
     std::optional<std::string> askClutFolder(std::uint32_t mode) override;
+    icCloseAnswer askBeforeClosing(icKeepButton keep, std::string_view caption,
+                                   std::string_view text) override;
     icViewerResult lutViewer(std::string_view caption, iccMftLut& lut,
                              icSignature outputSpace) override;
     icViewerResult mlutViewer(std::string_view caption, iccMlutType& lut) override;

@@ -1,10 +1,12 @@
 #include "app/veltrino_dialog.h"
 
 #include "app/compare_dialog.h"
+#include "app/changes_model.h"
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"
 #include "catalogue/catalogue.h"
 #include "document/settings_model.h"
+#include "viewers/dialog_widgets.h"
 
 #include <QAction>
 #include <QApplication>
@@ -28,6 +30,8 @@
 #include <QShortcut>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <numeric>
 
 #ifndef VELTRINO_VERSION
 #define VELTRINO_VERSION "0.0.0"
@@ -121,7 +125,7 @@ void CVeltrinoDlg::buildLayout() {
     browseButton_->setObjectName(QStringLiteral("browseButton"));
     pathField_ = new QLineEdit(this);
     pathField_->setObjectName(QStringLiteral("pathField"));
-    pathField_->setReadOnly(true);
+    setReadOnlyLook(*pathField_);
     saveAsButton_ = new QPushButton(tr("Save As..."), this);
     saveAsButton_->setObjectName(QStringLiteral("saveAsButton"));
     auto* top = new QHBoxLayout;
@@ -144,7 +148,7 @@ void CVeltrinoDlg::buildLayout() {
     for (std::size_t i = 0; i < kHeaderFieldCount; ++i) {
         auto* field = new QLineEdit(headerGroup_);
         field->setObjectName(QLatin1String(kFieldNames[i]));
-        field->setReadOnly(true);
+        setReadOnlyLook(*field);
         field->setMinimumWidth(fieldWidth);
         auto* label = new QLabel(fieldText(labels[i].label), headerGroup_);
         label->setBuddy(field);
@@ -153,6 +157,7 @@ void CVeltrinoDlg::buildLayout() {
         headerFields_[i] = field;
     }
     fields->setVerticalSpacing(3);
+    fields->setColumnStretch(1, 1);
     modifyButton_ = new QPushButton(tr("Modify..."), headerGroup_);
     modifyButton_->setObjectName(QStringLiteral("modifyButton"));
     auto* modifyRow = new QHBoxLayout;
@@ -195,8 +200,8 @@ void CVeltrinoDlg::buildLayout() {
     tagLayout->addLayout(radixRow);
 
     auto* middle = new QHBoxLayout;
-    middle->addWidget(headerGroup_);
-    middle->addWidget(tagGroup_, 1);
+    middle->addWidget(headerGroup_, 2);
+    middle->addWidget(tagGroup_, 3);
 
     aboutAction_ = new QAction(tr("&About Veltrino..."), this);
     aboutAction_->setObjectName(QStringLiteral("aboutAction"));
@@ -262,9 +267,11 @@ std::string CVeltrinoDlg::currentFolder() const {
 
 bool CVeltrinoDlg::openProfile(const std::string& path) {
     const bool ok = document_.open(path);
-    modifyButton_->setEnabled(ok);
-    if (ok)
+    if (ok) {
+        setWindowModified(false);
         showProfile();
+    }
+    modifyButton_->setEnabled(document_.isOpen());
     saveAsButton_->setEnabled(document_.isOpen());
     return ok;
 }
@@ -274,8 +281,9 @@ void CVeltrinoDlg::showProfile() {
     const QString mark = document_.isEmbedded() ? QString::fromLatin1(kEmbeddedMark) : QString();
     pathField_->setText(localPath(document_.path()) + mark);
     pathField_->setCursorPosition(0);
+    // "[*]" shows as "*" while the profile has unsaved changes.
     setWindowTitle(
-        tr("%1 - Veltrino").arg(QFileInfo(localPath(document_.path())).fileName() + mark));
+        tr("%1[*] - Veltrino").arg(QFileInfo(localPath(document_.path())).fileName() + mark));
     showHeaderFields();
     showTagTable();
     compareButton_->setEnabled(true);
@@ -312,7 +320,7 @@ void CVeltrinoDlg::rewriteNumberColumns() {
 void CVeltrinoDlg::browse() {
     FileDialogRequest request = openRequest();
     request.directory = currentFolder();
-    if (const auto path = prompts_.askOpenPath(request))
+    if (const auto path = prompts_.askOpenPath(request); path && mayDropChanges())
         openProfile(*path);
     saveAsButton_->setEnabled(document_.isOpen());
 }
@@ -330,7 +338,8 @@ void CVeltrinoDlg::saveAs() {
         return;
     // The save stamps the header with the local date and time, lays the profile out, writes it
     // and reads the written file back, so the window shows exactly what is on disk.
-    if (document_.saveAs(*path) == icOk) {
+    if (document_.saveAs(*path, true) == icOk) {
+        setWindowModified(false);
         modifyButton_->setEnabled(true);
         showProfile();
     }
@@ -341,12 +350,14 @@ void CVeltrinoDlg::modifyHeader() {
     if (!document_.isOpen())
         return;
     icHeader& header = document_.profile().header();
+    const ProfileSnapshot before(document_.profile());
     CEditHeaderDlg editor(header, prompts_, this);
     if (editor.exec() != QDialog::Accepted)
         return;
     // A Profile ID belongs to version 4; an older profile must not carry a stale one.
     if (header.version < kVersion4)
         header.profileID.fill(0);
+    noteChanges(before);
     if (document_.refreshHeader() == icOk)
         showHeaderFields();
 }
@@ -357,7 +368,46 @@ void CVeltrinoDlg::openSelectedTag() {
     for (const QModelIndex& row : selected)
         if (index < 0 || row.row() < index)
             index = row.row();
+    const ProfileSnapshot before(document_.profile());
     showTag(prompts_, document_.profile(), index);
+    noteChanges(before);
+}
+
+void CVeltrinoDlg::noteChanges(const ProfileSnapshot& before) {
+    if (before.differsFrom(document_.profile()))
+        setWindowModified(true);
+}
+
+bool CVeltrinoDlg::mayDropChanges() {
+    if (!isWindowModified())
+        return true;
+    const QString name = QFileInfo(localPath(document_.path())).fileName();
+    switch (prompts_.askBeforeClosing(icKeepButton::save, kCaption,
+                                      saveChangesQuestion(name.toStdString()))) {
+    case icCloseAnswer::keep:
+        // "Save As..." as its button runs it; a cancelled or failed save keeps the window.
+        saveAs();
+        return !isWindowModified();
+    case icCloseAnswer::discard:
+        return true;
+    case icCloseAnswer::stay:
+        break;
+    }
+    return false;
+}
+
+void CVeltrinoDlg::done(int result) {
+    if (mayDropChanges())
+        QDialog::done(result);
+}
+
+void CVeltrinoDlg::stretchColumns() {
+    const int opening = std::accumulate(kColumnWidths.begin(), kColumnWidths.end(), 0);
+    const int room = tagList_->viewport()->width();
+    for (int c = 0; c < 4; ++c) {
+        const int width = kColumnWidths[static_cast<std::size_t>(c)];
+        tagList_->setColumnWidth(c, std::max(width, width * room / opening));
+    }
 }
 
 void CVeltrinoDlg::showAbout() {
@@ -405,6 +455,10 @@ bool CVeltrinoDlg::eventFilter(QObject* watched, QEvent* event) {
         if (watched == tagList_ && spaceHeld_)
             openSelectedTag();
         break;
+    case QEvent::Resize:
+        if (watched == tagList_->viewport())
+            stretchColumns();
+        break;
     case QEvent::ApplicationDeactivate:
         spaceHeld_ = false;
         break;
@@ -425,5 +479,6 @@ void CVeltrinoDlg::dropEvent(QDropEvent* event) {
     if (urls.size() != 1 || !urls.front().isLocalFile())
         return;
     event->acceptProposedAction();
-    openProfile(QFile::encodeName(urls.front().toLocalFile()).toStdString());
+    if (mayDropChanges())
+        openProfile(QFile::encodeName(urls.front().toLocalFile()).toStdString());
 }

@@ -16,6 +16,7 @@ class QPushButton;
 class QRadioButton;
 class QSettings;
 class QTreeWidget;
+class ProfileSnapshot;
 
 class CVeltrinoDlg : public QDialog {
     Q_OBJECT
@@ -26,8 +27,8 @@ public:
                  const std::string& commandLineFile = {}, QWidget* parent = nullptr);
     ~CVeltrinoDlg() override;
 
-    // The open procedure: on success the window shows the profile and "Modify..." is enabled;
-    // on failure the window keeps what it showed and "Modify..." is disabled.
+    // The open procedure: on success the window shows the profile, unmodified. On failure it
+    // keeps what it showed, changes included, and every command on it stays usable.
     bool openProfile(const std::string& path);
 
     const iccDocument& document() const { return document_; }
@@ -45,6 +46,10 @@ public:
     static FileDialogRequest openRequest();
     static FileDialogRequest saveRequest();
 
+    // Every way of closing the window ("&Close", Escape, the close button) ends here: with
+    // unsaved changes the user saves them, drops them or keeps the window open.
+    void done(int result) override;
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -57,6 +62,12 @@ private:
     void showTagTable();
     void rewriteNumberColumns();
     bool tagListKeyPressed(const QKeyEvent& key);
+    // Marks the window modified when the profile differs from `before`.
+    void noteChanges(const ProfileSnapshot& before);
+    // Whether the profile shown may go: no unsaved changes, or the user saved or dropped them.
+    bool mayDropChanges();
+    // The columns keep their opening widths as a minimum and share the room beyond them.
+    void stretchColumns();
     std::string currentFolder() const;
 
     PromptService& prompts_;

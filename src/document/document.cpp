@@ -1,6 +1,7 @@
 #include "document/document.h"
 #include "tagtypes/profile_save.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
@@ -33,12 +34,19 @@ bool iccDocument::open(const std::string& path) {
     return true;
 }
 
-icStatus iccDocument::saveAs(const std::string& path) {
+icStatus iccDocument::saveAs(const std::string& path, bool explain) {
     std::error_code ec;
     if (isEmbedded() && std::filesystem::equivalent(path, path_, ec))
         return reportError(presenter_, icErrFile, kCaption, "Error in writing a new profile.");
-    if (icStatus s = saveProfileToFile(*profile_, path); s != icOk)
-        return reportError(presenter_, s, kCaption, "Error in writing a new profile.");
+    errno = 0;
+    if (icStatus s = saveProfileToFile(*profile_, path); s != icOk) {
+        const int reason = errno;
+        std::string text = errorReportText(s, "Error in writing a new profile.");
+        if (explain)
+            text += path + (reason ? ": " + std::generic_category().message(reason) : "");
+        presenter_.messageBox(icBoxKind::stop, kCaption, text);
+        return s;
+    }
     return open(path) ? icOk : icErrFile;
 }
 

@@ -24,9 +24,10 @@ public:
     // "PATH holds no ICC profile.".
     bool open(const std::string& path);
     // Lays the profile out, writes it and opens the written file again. On failure "Error in
-    // writing a new profile." is reported with its code and the profile in memory is kept. A
-    // profile from an image is never written over that image.
-    [[nodiscard]] icStatus saveAs(const std::string& path);
+    // writing a new profile." is reported with its code and the profile in memory is kept; a
+    // profile from an image is never written over that image. `explain` adds a line with the
+    // path and the system's reason.
+    [[nodiscard]] icStatus saveAs(const std::string& path, bool explain = false);
 
     bool isOpen() const { return !path_.empty(); }
     const std::string& path() const { return path_; }

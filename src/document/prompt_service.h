@@ -23,6 +23,11 @@ struct FileDialogRequest {
     std::string fileName = {};
 };
 
+// Before a window with changes closes: the button that keeps them ("Save" in the main window,
+// "Apply" in a viewer, which then closes as OK does), and the user's choice.
+enum class icKeepButton { save, apply };
+enum class icCloseAnswer { keep, discard, stay };
+
 class PromptService : public Presenter {
 public:
     void info(std::string_view caption, std::string_view text) {
@@ -46,5 +51,11 @@ public:
     // folder; nothing when cancelled. A service without the dialog answers as if cancelled.
     virtual std::optional<std::string> askClutFolder(std::uint32_t /*mode*/) {
         return std::nullopt;
+    }
+    // The question before changes would be lost: keep, discard or Cancel (stay open). A service
+    // without the question discards, as closing did before there was one.
+    virtual icCloseAnswer askBeforeClosing(icKeepButton /*keep*/, std::string_view /*caption*/,
+                                           std::string_view /*text*/) {
+        return icCloseAnswer::discard;
     }
 };

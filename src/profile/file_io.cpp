@@ -1,5 +1,6 @@
 #include "profile/file_io.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -38,7 +39,11 @@ icStatus writeFileReplacing(const std::string& path, std::span<const std::uint8_
     const fs::path target(path);
     if (fs::exists(target, ec)) {
         // Respect a write-protected target: it is not ours to replace.
-        if (fs::is_directory(target, ec) || !FilePtr(std::fopen(path.c_str(), "rb+")))
+        if (fs::is_directory(target, ec)) {
+            errno = EISDIR;
+            return icErrFile;
+        }
+        if (!FilePtr(std::fopen(path.c_str(), "rb+")))
             return icErrFile;
     }
     // A fresh name beside the target, created exclusively so that nothing else is clobbered.
@@ -54,7 +59,9 @@ icStatus writeFileReplacing(const std::string& path, std::span<const std::uint8_
     const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
     const bool closed = std::fclose(file.release()) == 0;
     if (!written || !closed) {
+        const int reason = errno;
         fs::remove(temporary, ec);
+        errno = reason;
         return icErrFile;
     }
     const bool existed = fs::exists(target, ec);
@@ -62,7 +69,9 @@ icStatus writeFileReplacing(const std::string& path, std::span<const std::uint8_
         fs::permissions(temporary, fs::status(target, ec).permissions(), ec);
     fs::rename(temporary, target, ec);
     if (ec) {
+        const int reason = ec.value();
         fs::remove(temporary, ec);
+        errno = reason;
         return icErrFile;
     }
     return icOk;

@@ -13,6 +13,6 @@
 
 // Writes the bytes to a temporary file beside `path` and renames it over `path`, so that a
 // failure at any point leaves an existing file untouched. An existing target that cannot be
-// opened for writing is refused. -100 on any failure.
+// opened for writing is refused. -100 on any failure, with errno telling why.
 [[nodiscard]] icStatus writeFileReplacing(const std::string& path,
                                           std::span<const std::uint8_t> bytes);

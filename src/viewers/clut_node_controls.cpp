@@ -22,9 +22,8 @@ ClutNodeControls::ClutNodeControls(QWidget* parent) : QWidget(parent) {
         column.range = new QLabel(column.box);
         column.range->setObjectName(QStringLiteral("nodeRange%1").arg(c));
         column.range->setAlignment(Qt::AlignHCenter);
-        column.index = new QLineEdit(QStringLiteral("0"), column.box);
-        column.index->setObjectName(QStringLiteral("nodeIndex%1").arg(c));
-        column.index->setReadOnly(true);
+        column.index = readOnlyBox(column.box, QStringLiteral("nodeIndex%1").arg(c));
+        column.index->setText(QStringLiteral("0"));
         column.index->setAlignment(Qt::AlignHCenter);
         column.index->setFixedWidth(
             column.index->fontMetrics().horizontalAdvance(QStringLiteral("0000")) + 12);

@@ -10,7 +10,7 @@
 
 CicCurveDlg::CicCurveDlg(iccCurveElement& curve, std::string_view label, PromptService& prompts,
                          QWidget* parent)
-    : QDialog(parent), model_(curve, label), prompts_(prompts), plot_(new CCurvePlot(this)) {
+    : CEditingViewerDlg(prompts, parent), model_(curve, label), plot_(new CCurvePlot(this)) {
     setWindowTitle(
         QString::fromUtf8(model_.title().data(), static_cast<qsizetype>(model_.title().size())));
     setModal(true);

@@ -4,8 +4,7 @@
 
 #include "profile/status.h"
 #include "viewers/curve_model.h"
-
-#include <QDialog>
+#include "viewers/sheet_parts.h"
 
 #include <string_view>
 
@@ -14,7 +13,7 @@ class PromptService;
 class QPushButton;
 class iccCurveElement;
 
-class CicCurveDlg : public QDialog {
+class CicCurveDlg : public CEditingViewerDlg {
     Q_OBJECT
 public:
     // The curve stays the caller's; an import replaces it in place and marks the dialog
@@ -31,9 +30,12 @@ public:
     void exportCurve();
     void importCurve();
 
+protected:
+    // An imported curve that OK has not taken yet.
+    bool pendingChanges() const override { return modified(); }
+
 private:
     CurveModel model_;
-    PromptService& prompts_;
     CCurvePlot* plot_;
     icStatus setupStatus_ = icOk;
 };

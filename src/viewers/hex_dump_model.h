@@ -16,3 +16,8 @@ inline constexpr std::string_view kHexDumpDefaultCaption = "Private or UnknownTa
 // gains its line feed, except a line feed at the very start and a carriage return at the very
 // end, which stay as they are.
 std::string toEditBoxLineEnds(std::string_view text);
+
+// Whether a message is a table of numbers, such as the rows of the chromatic adaptation matrix:
+// two or more lines, every one of them numbers between blanks. Such a text is shown in the
+// system's fixed-width font so that its columns line up.
+bool isNumberTable(std::string_view text);

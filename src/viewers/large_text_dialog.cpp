@@ -3,6 +3,7 @@
 #include "viewers/hex_dump_model.h"
 
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QFontMetrics>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
@@ -14,6 +15,8 @@ CLargeTextDlg::CLargeTextDlg(std::string_view caption, std::string_view text, QW
 
     edit_->setObjectName(QStringLiteral("textEdit"));
     edit_->setReadOnly(true);
+    // Long reports hold columns of numbers; a fixed-width font keeps them under each other.
+    edit_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     edit_->setLineWrapMode(QPlainTextEdit::NoWrap);
     const std::string converted = toEditBoxLineEnds(text);
     edit_->setPlainText(

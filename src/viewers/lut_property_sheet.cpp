@@ -11,6 +11,7 @@
 #include "viewers/lut_exchange.h"
 #include "viewers/sheet_parts.h"
 
+#include <QFontDatabase>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -20,6 +21,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <new>
 #include <optional>
 #include <string>
@@ -45,6 +47,7 @@ CiccLutPropertyPage1::CiccLutPropertyPage1(LutModel& model, QWidget* parent)
     for (std::size_t i = 0; i < matrix_.size(); ++i) {
         matrix_[i] = readOnlyBox(this, QStringLiteral("matrix%1").arg(i));
         matrix_[i]->setAlignment(Qt::AlignRight);
+        matrix_[i]->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
         matrix->addWidget(matrix_[i], int(i / 3), int(i % 3));
     }
     form->addRow(tr("Matrix:"), matrix);
@@ -112,6 +115,7 @@ CiccLutPropertyPage3::CiccLutPropertyPage3(LutModel& model, PromptService& promp
         rowLabels_[o] = new QLabel(QStringLiteral("#%1").arg(o), valueBox);
         values_[o] = new QLineEdit(valueBox);
         values_[o]->setObjectName(QStringLiteral("value%1").arg(o));
+        connect(values_[o], &QLineEdit::returnPressed, this, &CiccLutPropertyPage3::acceptChange);
         values_[o]->setFixedWidth(
             values_[o]->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 12);
         notes_[o] = new QLabel(valueBox);
@@ -181,11 +185,21 @@ void CiccLutPropertyPage3::showValues() {
 
 void CiccLutPropertyPage3::acceptChange() {
     std::vector<std::string> boxes;
-    for (std::uint32_t o = 0; o < model_.visibleOutputs(); ++o)
+    for (std::uint32_t o = 0; o < model_.visibleOutputs(); ++o) {
         boxes.push_back(values_[o]->text().toStdString());
+        values_[o]->setModified(false);
+    }
     // The boxes keep what was typed; the stored (clamped) values show when the page is shown
-    // again.
+    // again. The second texts follow the stored values at once.
     (void)model_.acceptChange(boxes);
+    const std::vector<icNodeValueText> values = model_.nodeValues();
+    for (std::size_t o = 0; o < values.size() && o < kLutPageChannels; ++o)
+        notes_[o]->setText(sheetText(values[o].second));
+}
+
+bool CiccLutPropertyPage3::hasTypedValues() const {
+    return std::any_of(values_.begin(), values_.end(),
+                       [](const QLineEdit* box) { return box->isModified(); });
 }
 
 // ---- the sheet ---------------------------------------------------------------------------------
@@ -193,7 +207,7 @@ void CiccLutPropertyPage3::acceptChange() {
 CiccLutPropertySheet::CiccLutPropertySheet(iccMftLut& lut, icSignature outputSpace,
                                            std::string_view caption, PromptService& prompts,
                                            QWidget* parent)
-    : QDialog(parent), lut_(lut), model_(lut_, outputSpace), prompts_(prompts),
+    : CEditingViewerDlg(prompts, parent), lut_(lut), model_(lut_, outputSpace),
       pages_(new QTabWidget(this)) {
     setWindowTitle(sheetText(caption.empty() ? kLutDefaultCaption : caption));
     setModal(true);
@@ -231,6 +245,11 @@ void CiccLutPropertySheet::pageActivated(int index) {
         (void)inputs_->refresh();
     else if (page == outputs_)
         (void)outputs_->refresh();
+}
+
+void CiccLutPropertySheet::takeTypedValues() {
+    if (clut_->hasTypedValues())
+        clut_->acceptChange();
 }
 
 void CiccLutPropertySheet::refreshAll() {

@@ -7,8 +7,8 @@
 #include "profile/byte_io.h"
 #include "profile/status.h"
 #include "viewers/lut_model.h"
+#include "viewers/sheet_parts.h"
 
-#include <QDialog>
 #include <QWidget>
 
 #include <array>
@@ -81,11 +81,15 @@ public:
     // its controls, then the controls and the current node's values.
     void activate();
     void refresh();
+    // "Accept Change", also run by Enter in a value box: the boxes' values go into the node.
+    // The boxes keep what was typed; the second texts show what was stored.
+    void acceptChange();
+    // Whether a value box holds typing that "Accept Change" has not taken.
+    bool hasTypedValues() const;
 
 private:
     void scroll(int channel, icScrollRequest request, int thumb);
     void showValues();
-    void acceptChange();
 
     LutModel& model_;
     PromptService& prompts_;
@@ -95,7 +99,7 @@ private:
     std::array<QLabel*, kLutPageChannels> notes_{};
 };
 
-class CiccLutPropertySheet : public QDialog {
+class CiccLutPropertySheet : public CEditingViewerDlg {
     Q_OBJECT
 public:
     // A lut8 or lut16 table; `outputSpace` is the colour space of its outputs. Boxes and the
@@ -111,6 +115,10 @@ public:
 
     QTabWidget* pages() const { return pages_; }
 
+protected:
+    bool pendingChanges() const override { return modified() || clut_->hasTypedValues(); }
+    void takeTypedValues() override;
+
 private:
     void pageActivated(int index);
     void refreshAll();
@@ -119,7 +127,6 @@ private:
 
     iccMftLut& lut_;
     LutModel model_;
-    PromptService& prompts_;
     icStatus setupStatus_ = icOk;
     QTabWidget* pages_;
     CiccLutPropertyPage1* info_;

@@ -10,6 +10,7 @@
 #include "viewers/lut_exchange.h"
 #include "viewers/sheet_parts.h"
 
+#include <QFontDatabase>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -96,6 +97,7 @@ CLutB2APropertyPage3::CLutB2APropertyPage3(MlutModel& model, QWidget* parent)
     for (std::size_t i = 0; i < values_.size(); ++i) {
         values_[i] = readOnlyBox(this, QStringLiteral("matrix%1").arg(i));
         values_[i]->setAlignment(Qt::AlignRight);
+        values_[i]->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     }
     for (std::size_t i = 0; i < 9; ++i)
         matrix->addWidget(values_[i], int(i / 3), int(i % 3));
@@ -208,7 +210,7 @@ void CLutB2APropertyPage5::showValues() {
 
 CLutB2APropertySheet::CLutB2APropertySheet(iccMlutType& lut, std::string_view caption,
                                            PromptService& prompts, QWidget* parent)
-    : QDialog(parent), lut_(lut), model_(lut), prompts_(prompts), pages_(new QTabWidget(this)) {
+    : CEditingViewerDlg(prompts, parent), lut_(lut), model_(lut), pages_(new QTabWidget(this)) {
     setWindowTitle(sheetText(caption.empty() ? kMlutDefaultCaption : caption));
     setModal(true);
 

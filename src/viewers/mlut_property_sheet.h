@@ -6,8 +6,8 @@
 
 #include "profile/status.h"
 #include "viewers/mlut_model.h"
+#include "viewers/sheet_parts.h"
 
-#include <QDialog>
 #include <QWidget>
 
 #include <array>
@@ -111,7 +111,7 @@ private:
     std::array<QLineEdit*, kMlutPageControls> values_{};
 };
 
-class CLutB2APropertySheet : public QDialog {
+class CLutB2APropertySheet : public CEditingViewerDlg {
     Q_OBJECT
 public:
     // Boxes and the folder dialog go through `prompts`.
@@ -126,6 +126,9 @@ public:
 
     QTabWidget* pages() const { return pages_; }
 
+protected:
+    bool pendingChanges() const override { return modified(); }
+
 private:
     void pageActivated(int index);
     [[nodiscard]] icStatus refreshAll();
@@ -134,7 +137,6 @@ private:
 
     iccMlutType& lut_;
     MlutModel model_;
-    PromptService& prompts_;
     icStatus setupStatus_ = icOk;
     QTabWidget* pages_;
     CLutB2APropertyPage1* info_;

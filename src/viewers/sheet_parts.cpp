@@ -1,9 +1,13 @@
 #include "viewers/sheet_parts.h"
 
+#include "document/prompt_service.h"
+
 #include <QBoxLayout>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 
@@ -23,7 +27,8 @@ void addOkCancel(QDialog& dialog, QBoxLayout& layout) {
     buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("okButton"));
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cancelButton"));
     QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog,
+                     [&dialog] { dialog.QDialog::reject(); });
     layout.addWidget(buttons);
 }
 
@@ -44,4 +49,30 @@ QHBoxLayout* buttonRow(QPushButton* first, QPushButton* second) {
 void addPage(QTabWidget& pages, QWidget* page, const QString& objectName, const QString& title) {
     page->setObjectName(objectName);
     pages.addTab(page, title);
+}
+
+void CEditingViewerDlg::reject() {
+    if (!pendingChanges())
+        return QDialog::reject();
+    const std::string caption = windowTitle().toStdString();
+    switch (
+        prompts_.askBeforeClosing(icKeepButton::apply, caption,
+                                  "Apply the changes made in " + caption + " before closing?")) {
+    case icCloseAnswer::keep:
+        takeTypedValues();
+        accept();
+        break;
+    case icCloseAnswer::discard:
+        QDialog::reject();
+        break;
+    case icCloseAnswer::stay:
+        break;
+    }
+}
+
+void CEditingViewerDlg::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && qobject_cast<QLineEdit*>(focusWidget()))
+        return;
+    QDialog::keyPressEvent(event);
 }

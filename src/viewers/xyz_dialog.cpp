@@ -3,6 +3,8 @@
 #include "viewers/chromaticity_diagram.h"
 #include "viewers/dialog_widgets.h"
 
+#include "document/presenter.h"
+
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -17,8 +19,10 @@ QString toQString(const std::string& text) {
 
 } // namespace
 
-CcieXYZDlg::CcieXYZDlg(double X, double Y, double Z, std::string_view title, QWidget* parent)
-    : QDialog(parent), model_(X, Y, Z, title), diagram_(new CChromaticityDiagram(this)) {
+CcieXYZDlg::CcieXYZDlg(double X, double Y, double Z, std::string_view title, Presenter& boxes,
+                       QWidget* parent)
+    : QDialog(parent), model_(X, Y, Z, title), given_(model_), boxes_(boxes),
+      diagram_(new CChromaticityDiagram(this)) {
     setWindowTitle(toQString(model_.title()));
     setModal(true);
 
@@ -68,9 +72,32 @@ CcieXYZDlg::CcieXYZDlg(double X, double Y, double Z, std::string_view title, QWi
 }
 
 void CcieXYZDlg::readValues() {
-    model_.setXYZ(values_[0]->text().toStdString(), values_[1]->text().toStdString(),
-                  values_[2]->text().toStdString());
+    double values[] = {model_.X(), model_.Y(), model_.Z()};
+    for (int i = 0; i < 3; ++i) {
+        const std::string text = values_[i]->text().toStdString();
+        if (text != model_.valueText(values[i]) && !XyzModel::valueRefusal("", text))
+            values[i] = XyzModel::parseValueText(text);
+    }
+    model_.setXYZ(values[0], values[1], values[2]);
     showChromaticity();
+}
+
+void CcieXYZDlg::accept() {
+    static constexpr const char* kLabels[] = {"X:", "Y:", "Z:"};
+    const double given[] = {given_.X(), given_.Y(), given_.Z()};
+    for (int i = 0; i < 3; ++i)
+        if (const auto refusal =
+                XyzModel::valueRefusal(kLabels[i], values_[i]->text().toStdString())) {
+            values_[i]->setText(toQString(model_.valueText(given[i])));
+            values_[i]->setFocus();
+            double values[] = {model_.X(), model_.Y(), model_.Z()};
+            values[i] = given[i];
+            model_.setXYZ(values[0], values[1], values[2]);
+            showChromaticity();
+            boxes_.messageBox(icBoxKind::warning, model_.title(), *refusal);
+            return;
+        }
+    QDialog::accept();
 }
 
 void CcieXYZDlg::showChromaticity() {

@@ -9,13 +9,15 @@
 #include <string_view>
 
 class CChromaticityDiagram;
+class Presenter;
 class QLineEdit;
 
 class CcieXYZDlg : public QDialog {
     Q_OBJECT
 public:
-    // An empty title gives "XYZ Data".
-    CcieXYZDlg(double X, double Y, double Z, std::string_view title, QWidget* parent = nullptr);
+    // An empty title gives "XYZ Data". A refused box is reported through `boxes`.
+    CcieXYZDlg(double X, double Y, double Z, std::string_view title, Presenter& boxes,
+               QWidget* parent = nullptr);
 
     // The values as the boxes hold them: what "&OK" hands back to the tag.
     double X() const { return model_.X(); }
@@ -23,14 +25,20 @@ public:
     double Z() const { return model_.Z(); }
     const CChromaticityDiagram& diagram() const { return *diagram_; }
 
+    // "&OK": a box that holds no value the tag can store is refused with a warning and set back
+    // to the value it opened with, and the dialog stays open.
+    void accept() override;
+
 private:
-    // Takes the three boxes as the values: until the user types, the values stay exactly those
-    // given, not their five-decimal texts.
+    // Takes the boxes as the values. A box still showing its value's text keeps the value
+    // exactly, not its five decimals; a box without an acceptable value keeps its last.
     void readValues();
     // Shows x and y of the values and moves the circle.
     void showChromaticity();
 
     XyzModel model_;
+    const XyzModel given_;
+    Presenter& boxes_;
     CChromaticityDiagram* diagram_;
     QLineEdit* values_[3];
     QLineEdit* chromaticity_[2];

@@ -113,6 +113,22 @@ double XyzModel::parseValueText(std::string_view text) {
     return value;
 }
 
+std::optional<std::string> XyzModel::valueRefusal(std::string_view label, std::string_view text) {
+    std::string number(text);
+    number.erase(0, number.find_first_not_of(" \t"));
+    number.erase(number.find_last_not_of(" \t") + 1);
+    std::replace(number.begin(), number.end(), ',', '.');
+    const char* first = number.data() + (number.starts_with('+') ? 1 : 0);
+    double value = 0;
+    const auto [end, error] = std::from_chars(first, number.data() + number.size(), value);
+    constexpr double kLargest = 32767 + 65535 / 65536.0;
+    if (!number.empty() && error == std::errc() && end == number.data() + number.size() &&
+        value >= -32768 && value <= kLargest)
+        return std::nullopt;
+    return std::string(label) + " \"" + std::string(text) +
+           "\" is not a number from -32768 to 32767.99998. The old value is kept.";
+}
+
 std::string XyzModel::valueText(double v) const {
     return formatText("%1.5lf", v);
 }

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -91,6 +92,10 @@ public:
     // (a box without one counts as 0).
     void setXYZ(std::string_view X, std::string_view Y, std::string_view Z);
     static double parseValueText(std::string_view text);
+    // Why the text of box `label` cannot be a value, or nothing when it can: it must be one
+    // number, blanks around it and a decimal comma allowed, within what the tag stores (-32768
+    // to 32767.99998).
+    static std::optional<std::string> valueRefusal(std::string_view label, std::string_view text);
 
     // From the values, not from the rounded texts of the boxes.
     icChromaticity chromaticity() const { return ::chromaticity(X_, Y_, Z_); }

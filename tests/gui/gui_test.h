@@ -12,6 +12,7 @@
 #include <QStringList>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -19,6 +20,11 @@
 
 template <class T = QLineEdit> T* get(QWidget& w, const QString& name) {
     return w.findChild<T*>(name);
+}
+// Read-only and looking it: the window's background, not an edit box's.
+inline bool looksReadOnly(QLineEdit* box) {
+    return box->isReadOnly() &&
+           box->palette().color(QPalette::Base) == box->palette().color(QPalette::Window);
 }
 // The text of a line edit or label.
 inline QString text(QWidget& w, const QString& name) {
@@ -42,6 +48,21 @@ public:
     void about(std::string_view caption, std::string_view) override {
         abouts.emplace_back(caption);
     }
+    // Recorded as "save? | CAPTION | TEXT" (or "apply? | ..."); answered from the script, with
+    // "discard" once it runs out.
+    icCloseAnswer askBeforeClosing(icKeepButton keep, std::string_view caption,
+                                   std::string_view text) override {
+        messageBox(icBoxKind::info, caption, text);
+        boxes.back().replace(0, 4, keep == icKeepButton::save ? "save?" : "apply?");
+        return next(closeAnswers, icCloseAnswer::discard);
+    }
+    // The XYZ viewer closes with OK after `xyzEdit`, when one is set, had the values.
+    icViewerResult xyzViewer(std::string_view, iccXYZType& xyz) override {
+        if (!xyzEdit)
+            return {};
+        xyzEdit(xyz);
+        return {true, true, icOk};
+    }
     std::optional<std::string> askOpenPath(const FileDialogRequest& request) override {
         return answer(request);
     }
@@ -55,11 +76,7 @@ public:
         CDumpCLUT dialog(mode);
         auto* box = dialog.findChild<QLineEdit*>(QStringLiteral("folderEdit"));
         clutFolderRequests.push_back({mode, box->text().toStdString()});
-        std::optional<std::string> folder;
-        if (!clutFolders.empty()) {
-            folder = clutFolders.front();
-            clutFolders.pop_front();
-        }
+        const std::optional<std::string> folder = next(clutFolders, std::optional<std::string>());
         if (folder)
             box->setText(QString::fromStdString(*folder));
         dialog
@@ -76,6 +93,8 @@ public:
 
     std::deque<std::optional<std::string>> answers;     // nullopt: the user cancels
     std::deque<std::optional<std::string>> clutFolders; // likewise, for the CLUT folder dialog
+    std::deque<icCloseAnswer> closeAnswers;
+    std::function<void(iccXYZType&)> xyzEdit;
     struct ClutFolderRequest {
         std::uint32_t mode;
         std::string proposed;
@@ -89,11 +108,14 @@ public:
 private:
     std::optional<std::string> answer(const FileDialogRequest& request) {
         requests.push_back(request);
-        if (answers.empty())
-            return std::nullopt;
-        auto next = answers.front();
-        answers.pop_front();
-        return next;
+        return next(answers, std::optional<std::string>());
+    }
+    template <class T> static T next(std::deque<T>& script, T otherwise) {
+        if (script.empty())
+            return otherwise;
+        T first = std::move(script.front());
+        script.pop_front();
+        return first;
     }
 };
 

@@ -325,6 +325,26 @@ void LutViewerTest::lut16LabTextsCurvesAndCancel() {
 
         get(clut, "value0")->setText("70000");
         click(clut, "acceptButton");
+        QCOMPARE(text(clut, "note0"), "(100x2.55)"); // the stored value's, at once
+        QVERIFY(looksReadOnly(get(clut, "nodeIndex0")));
+
+        // Enter in a value box accepts the change and leaves the sheet open. Escape then asks:
+        // Cancel stays, Discard closes.
+        sheet.show();
+        get(clut, "value2")->setFocus();
+        get(clut, "value2")->selectAll();
+        QTest::keyClicks(get(clut, "value2"), "128");
+        QTest::keyClick(get(clut, "value2"), Qt::Key_Return);
+        QVERIFY(sheet.isVisible());
+        QCOMPARE(text(clut, "note2"), "(-128+128)");
+        s.prompts.closeAnswers = {icCloseAnswer::stay, icCloseAnswer::discard};
+        QTest::keyClick(&sheet, Qt::Key_Escape);
+        QVERIFY(sheet.isVisible());
+        QTest::keyClick(&sheet, Qt::Key_Escape);
+        QVERIFY(!sheet.isVisible() && sheet.result() == QDialog::Rejected);
+        QCOMPARE(s.prompts.take(),
+                 QStringList(2, "apply? | AToB0 Tag | Apply the changes made in AToB0 Tag "
+                                "before closing?"));
         s.prompts.ok = false; // Cancel: the change stays out of the profile
     };
     s.show(icSig("A2B0"));
@@ -528,6 +548,10 @@ void LutViewerTest::mlutNodesWarningAndExchange() {
         QCOMPARE(s.prompts.take(), {kBox + "Successfully import MLUT from folder:" +
                                     QString::fromStdString(folder.string()) + "\n"});
         QVERIFY(sheet.modified());
+        s.prompts.closeAnswers = {icCloseAnswer::keep}; // Escape, then "Apply": as OK
+        sheet.reject();
+        QCOMPARE(sheet.result(), int(QDialog::Accepted));
+        QCOMPARE(s.prompts.take().size(), 1);
         for (int c = 0; c < 3; ++c)
             get<QScrollBar>(clut, QStringLiteral("nodeBar%1").arg(c))->setSliderPosition(0);
         QCOMPARE(numbered(clut, "value%1", 3), (QStringList{"11 (0)", "22 (0)", "33 (0)"}));

@@ -9,12 +9,14 @@
 #include "document/settings_model.h"
 #include "gui/gui_test.h"
 #include "support/test_support.h"
+#include "tagtypes/xyz_type.h"
 #include "viewers/hex_dump_dialog.h"
 #include "viewers/hex_dump_model.h"
 #include "viewers/large_text_dialog.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -167,7 +169,9 @@ private slots:
         QVERIFY(started.get("modifyButton")->isEnabled());
         QVERIFY(started.get("saveAsButton")->isEnabled());
         QCOMPARE(started.fields(), fieldsOnDisk(kSrgb));
-        QCOMPARE(started.dlg.windowTitle(), "sRGB.icc - Veltrino");
+        QCOMPARE(started.dlg.windowTitle(), "sRGB.icc[*] - Veltrino");
+        QVERIFY(!started.dlg.isWindowModified());
+        QVERIFY(looksReadOnly(started.get<QLineEdit>("sizeField")));
 
         Window missing(*settings, "/no/such.icc");
         QCOMPARE(missing.prompts.take(),
@@ -213,7 +217,7 @@ private slots:
         QCOMPARE(w.fields(), fields);
         QCOMPARE(w.rows(), rows);
         QCOMPARE(w.path(), QString::fromStdString(misaligned));
-        QVERIFY(!w.get("modifyButton")->isEnabled());
+        QVERIFY(w.get("modifyButton")->isEnabled()); // the profile shown stays fully usable
         QVERIFY(w.get("saveAsButton")->isEnabled());
 
         const auto files = std::distance(fs::directory_iterator(scratchDir()), {});
@@ -229,15 +233,32 @@ private slots:
     void modifyEditsTheHeaderWithItsWarnings() {
         Window w(*settings, version2Profile());
         QStringList expected = w.fields();
-        w.modify([](CEditHeaderDlg& editor) {
+        const icHeader before = w.dlg.document().profile().header();
+        w.modify([&](CEditHeaderDlg& editor) {
             QCOMPARE(child<QComboBox>(editor, "independentList")->currentIndex(), -1);
-            child<QLineEdit>(editor, "versionEdit")->setText("0x4200000");
+            QVERIFY(looksReadOnly(child<QLineEdit>(editor, "pcsField")));
+            // Garbage is refused, the box gets its old text back and the header stays as it was.
+            auto* version = child<QLineEdit>(editor, "versionEdit");
+            version->setText("0x4200000ABCDEFG");
             child<QLineEdit>(editor, "platformEdit")->setText("ab");
             child<QLineEdit>(editor, "dateEdit")->setText("2009-02-21");
+            editor.accept();
+            QCOMPARE(version->text(), expected[2]);
+            QVERIFY(editor.isVisible() && w.dlg.document().profile().header() == before);
+            version->setText("0x4200000");
             child<QComboBox>(editor, "intentList")->setCurrentIndex(3);
+            editor.accept(); // the date refused
             editor.accept();
         });
-        QCOMPARE(w.prompts.take(), {kToV4});
+        QCOMPARE(w.prompts.take(),
+                 (QStringList{"warning | Header | Version: \"0x4200000ABCDEFG\" is not a 32-bit "
+                              "number: up to 8 hexadecimal digits after 0x, or a decimal number. "
+                              "The old value is kept.",
+                              "warning | Header | Date: \"2009-02-21\" is not a date: "
+                              "year/month/day, with the month 1 to 12 and the day 1 to 31. The "
+                              "old value is kept.",
+                              kToV4}));
+        QVERIFY(w.dlg.isWindowModified());
         expected[2] = "0x4200000";
         expected[8] = "ab";
         expected[13] = "Absolute Colorimetric";
@@ -271,7 +292,7 @@ private slots:
                  (std::vector<std::string>{"ICC Files (*.icc *.icm)", "All Files (*)"}));
         QCOMPARE(request.defaultSuffix, "icc");
         QCOMPARE(w.path(), QString::fromStdString(target));
-        QCOMPARE(w.dlg.windowTitle(), "saved.icc - Veltrino");
+        QCOMPARE(w.dlg.windowTitle(), "saved.icc[*] - Veltrino");
         QCOMPARE(w.rows(), rowsOnDisk(target));
         const auto rows = w.rows();
         QVERIFY(std::any_of(rows.begin(), rows.end(), [](auto& r) { return r[1] == "desc"; }));
@@ -285,11 +306,14 @@ private slots:
         w.saveAs(target);
         QCOMPARE(fieldsOnDisk(target)[15], "Me");
         QCOMPARE(w.fields(), fieldsOnDisk(target));
+        QVERIFY(!w.dlg.isWindowModified());
         QCOMPARE(w.prompts.boxes, QStringList());
 
-        w.saveAs((scratchDir() / "no-such-dir" / "x.icc").string());
+        const std::string nowhere = (scratchDir() / "no-such-dir" / "x.icc").string();
+        w.saveAs(nowhere);
         QCOMPARE(w.prompts.take(),
-                 {"stop | Veltrino | Error in writing a new profile. Errcode: -100.\n"});
+                 {"stop | Veltrino | Error in writing a new profile. Errcode: -100.\n" +
+                  QString::fromStdString(nowhere) + ": No such file or directory"});
         QCOMPARE(w.path(), QString::fromStdString(target));
     }
 
@@ -297,7 +321,7 @@ private slots:
         const std::string image = makeImage("photo.jpg", kSrgb), bare = makeImage("bare.png");
         QVERIFY(!image.empty() && !bare.empty());
         Window w(*settings, image);
-        QCOMPARE(w.dlg.windowTitle(), "photo.jpg (embedded profile) - Veltrino");
+        QCOMPARE(w.dlg.windowTitle(), "photo.jpg (embedded profile)[*] - Veltrino");
         QCOMPARE(w.path(), QString::fromStdString(image + " (embedded profile)"));
         QCOMPARE(w.fields(), fieldsOnDisk(kSrgb));
         QCOMPARE(w.rows(), rowsOnDisk(kSrgb));
@@ -308,8 +332,44 @@ private slots:
         const std::string target = (scratchDir() / "photo.icc").string();
         w.saveAs(target);
         QCOMPARE(w.prompts.requests.back().fileName, "photo.icc");
-        QCOMPARE(w.dlg.windowTitle(), "photo.icc - Veltrino");
+        QCOMPARE(w.dlg.windowTitle(), "photo.icc[*] - Veltrino");
         QCOMPARE(w.rows(), rowsOnDisk(target));
+    }
+
+    void closingAsksBeforeChangesAreLost() {
+        Window w(*settings, version2Profile());
+        w.dlg.show();
+        w.dlg.reject(); // nothing changed: no question
+        QVERIFY(!w.dlg.isVisible());
+        w.dlg.show();
+        w.list()->setCurrentItem(w.list()->topLevelItem(0)); // 'wtpt'
+        w.prompts.xyzEdit = [](iccXYZType&) {};              // OK, values as they were
+        w.dlg.openSelectedTag();
+        QVERIFY(!w.dlg.isWindowModified());
+        w.prompts.xyzEdit = [](iccXYZType& xyz) { xyz.X = 0.5; };
+        w.dlg.openSelectedTag();
+        QVERIFY(w.dlg.isWindowModified());
+
+        // Escape: Cancel. The close button: Save, its dialog cancelled. Browse: Discard, but the
+        // file does not open, so the changes stay. "&Close": Save.
+        const std::string saved = (scratchDir() / "closed.icc").string();
+        w.prompts.closeAnswers = {icCloseAnswer::stay, icCloseAnswer::keep, icCloseAnswer::discard,
+                                  icCloseAnswer::keep};
+        QTest::keyClick(&w.dlg, Qt::Key_Escape);
+        w.prompts.answers = {std::nullopt};
+        w.dlg.close();
+        w.browse("/no/such.icc");
+        QVERIFY(w.dlg.isVisible() && w.dlg.isWindowModified());
+        w.prompts.answers = {saved};
+        w.get("closeButton")->click();
+        QVERIFY(!w.dlg.isVisible() && !w.dlg.isWindowModified());
+        QStringList expected(4, "save? | Veltrino | Save changes to v2.icc before closing?");
+        expected.insert(3, "info | Veltrino | Error in reading ICC profile: /no/such.icc.\n");
+        QCOMPARE(w.prompts.take(), expected);
+        QCOMPARE(w.path(), QString::fromStdString(saved));
+        iccProfileRW reread;
+        QCOMPARE(reread.loadFromFile(saved), icOk);
+        QCOMPARE(reread.getTagData(0)[10], 0x80); // X = 0.5 as s15Fixed16
     }
 
     void tagsOpenOnDoubleClickKeysAndSpaceFocus() {
@@ -375,6 +435,12 @@ private slots:
 
         w.dlg.show();
         QVERIFY(QTest::qWaitForWindowActive(&w.dlg));
+        // A larger window gives the header panel and every column of the tag table more room.
+        const int panel = w.dlg.findChildren<QGroupBox*>().at(0)->width();
+        const int firstColumn = w.list()->columnWidth(0);
+        w.dlg.resize(w.dlg.size() * 3 / 2);
+        QTRY_VERIFY(w.dlg.findChildren<QGroupBox*>().at(0)->width() > panel);
+        QVERIFY(w.list()->columnWidth(0) > firstColumn);
         QTest::keyClick(&w.dlg, Qt::Key_O, Qt::ControlModifier);
         QTest::keyClick(&w.dlg, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(w.prompts.requests.size(), std::size_t(2));
@@ -421,12 +487,25 @@ private slots:
             QCOMPARE(box->text(), "Error in icc header.");
             QCOMPARE(box->windowModality(), Qt::ApplicationModal);
         }
+        // A caption is never cut short; a table of numbers lines up in the fixed-width font.
+        const QString caption = "Perceptual Rendering Intent Gamut Tag";
+        const auto named = makeMessageBox(icBoxKind::info, caption.toStdString(), "1.0 2.0\n3 4\n");
+        named->show();
+        QVERIFY(named->width() > QFontMetrics(named->font()).horizontalAdvance(caption) + 100);
+        const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        QCOMPARE(named->findChild<QLabel*>("qt_msgbox_label")->font(), fixed);
+        QVERIFY(makeMessageBox(icBoxKind::info, "", "Error in icc header.")
+                    ->findChild<QLabel*>("qt_msgbox_label")
+                    ->font() != fixed);
+        QCOMPARE(makeCloseQuestion(icKeepButton::save, "Veltrino", "?")->standardButtons(),
+                 QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
         CHexDlg hex("", {"line one", "line two"});
         QCOMPARE(hex.windowTitle(), "Private or UnknownTag");
         QCOMPARE(child<QListWidget>(hex, "hexList")->item(1)->text(), "line two");
         CLargeTextDlg large("CharTarget Tag", "a\nb\rc");
         QCOMPARE(large.windowTitle(), "CharTarget Tag");
         QCOMPARE(child<QPlainTextEdit>(large, "textEdit")->document()->blockCount(), 3);
+        QCOMPARE(child<QPlainTextEdit>(large, "textEdit")->font(), fixed);
     }
 
     void startOptions() {

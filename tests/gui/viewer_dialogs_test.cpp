@@ -49,6 +49,10 @@ public:
     std::optional<std::string> askSavePath(const FileDialogRequest& request) override {
         return script.askSavePath(request);
     }
+    icCloseAnswer askBeforeClosing(icKeepButton keep, std::string_view caption,
+                                   std::string_view text) override {
+        return script.askBeforeClosing(keep, caption, text);
+    }
     ScriptedPrompts script;
 };
 
@@ -194,17 +198,22 @@ private slots:
         QVERIFY(exported.starts_with("Data_Type: para\nType: 3\nCount: 5\n0 2.399994\n"));
         QCOMPARE(tagOf(*profile, "rTRC"), original);
 
-        // An import cancelled with the dialog is not written back either.
+        // Closing after an import asks first; an import discarded so is not written back.
         exported.replace(exported.find("0 2.399994"), 10, "0 2.200000");
         const std::string edited = writeText(scratchDir() / "red-2.2.txt", exported);
         script.answers = {edited};
+        script.closeAnswers = {icCloseAnswer::stay, icCloseAnswer::discard};
         QCOMPARE(showAndAct<CicCurveDlg>(prompts, *profile, "rTRC",
                                          [&](CicCurveDlg& d) {
                                              get<QPushButton>(d, "importButton")->click();
+                                             d.close();
+                                             QVERIFY(d.isVisible());
                                              d.reject();
                                          }),
                  icOk);
         QCOMPARE(tagOf(*profile, "rTRC"), original);
+        QCOMPARE(script.take(), QStringList(2, "apply? | RedTRC Tag | Apply the changes made in "
+                                               "RedTRC Tag before closing?"));
 
         script.answers = {edited};
         QCOMPARE(showAndAct<CicCurveDlg>(prompts, *profile, "rTRC",
@@ -384,17 +393,21 @@ private slots:
                  icOk);
         QCOMPARE(shown, (QStringList{"MediaWhitePoint Tag", "0.96420", "1.00000", "0.82491",
                                      "0.345703", "0.358538"}));
-        QCOMPARE(typed.mid(4), (QStringList{"0.215062", "0.430124"}));
+        QCOMPARE(typed.mid(4), (QStringList{"0.215063", "0.430125"})); // Y and Z exact
         QCOMPARE(tagOf(*profile, "wtpt"), original);
 
         QCOMPARE(showAndAct<CcieXYZDlg>(prompts, *profile, "wtpt",
                                         [&](CcieXYZDlg& d) {
                                             get(d, "valueXEdit")->setText("0.25");
                                             emit get(d, "valueXEdit")->textEdited("0.25");
-                                            get(d, "valueZEdit")->setText("nonsense");
-                                            emit get(d, "valueZEdit")->textEdited("nonsense");
-                                            QCOMPARE(d.diagram().value().xy.x, 0.2);
-                                            get<QPushButton>(d, "okButton")->click();
+                                            // Refused on OK, the old value back in its box.
+                                            for (const QString bad : {"abc", "1e9", "0"}) {
+                                                get(d, "valueZEdit")->setText(bad);
+                                                emit get(d, "valueZEdit")->textEdited(bad);
+                                                get<QPushButton>(d, "okButton")->click();
+                                                QCOMPARE(text(d, "valueZEdit"),
+                                                         d.isVisible() ? "0.82491" : "0");
+                                            }
                                         }),
                  icOk);
         const std::string saved = (scratchDir() / "srgb-white.icc").string();
@@ -406,10 +419,14 @@ private slots:
         QCOMPARE(white.X, 0.25);
         QCOMPARE(white.Y, 1.0);
         QCOMPARE(white.Z, 0.0);
-        QCOMPARE(prompts.script.boxes, QStringList());
+        QCOMPARE(prompts.script.boxes,
+                 (QStringList{"warning | MediaWhitePoint Tag | Z: \"abc\" is not a number from "
+                              "-32768 to 32767.99998. The old value is kept.",
+                              "warning | MediaWhitePoint Tag | Z: \"1e9\" is not a number from "
+                              "-32768 to 32767.99998. The old value is kept."}));
 
         // Black: the chromaticity falls back to 0.3333 and the circle is drawn there.
-        CcieXYZDlg black(0, 0, 0, "");
+        CcieXYZDlg black(0, 0, 0, "", prompts);
         QCOMPARE(black.windowTitle(), "XYZ Data");
         QCOMPARE(text(black, "chromaticityXEdit"), "0.333300");
         QCOMPARE(black.diagram().value().xy.y, 0.3333);
@@ -619,7 +636,7 @@ private slots:
 
         iccXYZType white;
         QCOMPARE(white.loadByIndex(profile->findTag(icSig("wtpt")), *profile), icOk);
-        CcieXYZDlg xyz(white.X, white.Y, white.Z, "MediaWhitePoint Tag");
+        CcieXYZDlg xyz(white.X, white.Y, white.Z, "MediaWhitePoint Tag", prompts);
         const QImage xyzShot = screenshot(xyz, "xyz-viewer.png");
         const CChromaticityDiagram& diagram = xyz.diagram();
         const QPoint diagramAt = diagram.mapTo(&xyz, QPoint(0, 0));
