@@ -30,8 +30,13 @@ struct TagContext {
     icSignature typeSignature() const { return profile.getTagTypeSignature(index); }
 };
 
-icStatus showReport(const TagContext& tag, const icReport& report) {
-    presentReport(tag.presenter, report);
+// The measurement, device, settings and sequence reports show message boxes, one per element,
+// whatever their length. The simple reports open the large-text window from 500 characters on,
+// like the text tags, so that long PostScript data reads as long text does.
+enum class LongText { largeTextWindow, messageBox };
+
+icStatus showReport(const TagContext& tag, const icReport& report, LongText longText) {
+    presentReport(tag.presenter, report, longText == LongText::largeTextWindow);
     return report.status;
 }
 
@@ -133,9 +138,10 @@ icStatus showCrdInfo(const TagContext& tag) {
 
 // ---- reports ------------------------------------------------------------------------------
 
-template <icReport (*Report)(std::span<const std::uint8_t>, std::string_view)>
+template <icReport (*Report)(std::span<const std::uint8_t>, std::string_view),
+          LongText longText = LongText::messageBox>
 icStatus showByteReport(const TagContext& tag) {
-    return showReport(tag, Report(tag.bytes(), tag.label));
+    return showReport(tag, Report(tag.bytes(), tag.label), longText);
 }
 
 icStatus showLuminance(const TagContext& tag) {
@@ -172,7 +178,7 @@ icStatus showSequenceV2(const TagContext& tag) {
     iccProfileSequenceDescType sequence;
     if (icStatus s = loadSequence(tag, sequence); icFailed(s))
         return s;
-    return showReport(tag, reportSequenceV2(sequence, tag.label));
+    return showReport(tag, reportSequenceV2(sequence, tag.label), LongText::messageBox);
 }
 
 // The version-4 form opens each description's localized texts in their own viewer.
@@ -181,11 +187,11 @@ icStatus showSequenceV4(const TagContext& tag) {
     if (icStatus s = loadSequence(tag, sequence); icFailed(s))
         return s;
     Presenter& presenter = tag.presenter;
-    presentText(presenter, tag.label, sequenceCountText(sequence.recordCount()));
+    presenter.messageBox(icBoxKind::info, tag.label, sequenceCountText(sequence.recordCount()));
     for (std::uint32_t i = 0; i < sequence.recordCount(); ++i) {
         const icProfileDescription& d = sequence.records[i];
         const std::string caption = sequenceCaption(i);
-        presentText(presenter, caption, sequenceDescriptionText(d));
+        presenter.messageBox(icBoxKind::info, caption, sequenceDescriptionText(d));
         const std::pair<const iccTextHolder*, std::string_view> texts[] = {
             {&d.manufacturerText, kNoManufacturerNames},
             {&d.modelText, kNoModelNames},
@@ -216,10 +222,11 @@ constexpr std::array kHandlers{
     HandlerEntry{icTagHandler::lut, showLut},
     HandlerEntry{icTagHandler::curve, showCurve},
     HandlerEntry{icTagHandler::xyz, showXYZ},
-    HandlerEntry{icTagHandler::chromaticAdaptation, showByteReport<reportChromaticAdaptation>},
-    HandlerEntry{icTagHandler::dateTime, showByteReport<reportDateTime>},
+    HandlerEntry{icTagHandler::chromaticAdaptation,
+                 showByteReport<reportChromaticAdaptation, LongText::largeTextWindow>},
+    HandlerEntry{icTagHandler::dateTime, showByteReport<reportDateTime, LongText::largeTextWindow>},
     HandlerEntry{icTagHandler::luminance, showLuminance},
-    HandlerEntry{icTagHandler::data, showByteReport<reportData>},
+    HandlerEntry{icTagHandler::data, showByteReport<reportData, LongText::largeTextWindow>},
     HandlerEntry{icTagHandler::text, showText},
     HandlerEntry{icTagHandler::textDescription, showTextDescription},
     HandlerEntry{icTagHandler::localizedText, showLocalizedText},

@@ -156,9 +156,9 @@ void presentText(Presenter& presenter, std::string_view caption, std::string_vie
         presenter.messageBox(icBoxKind::info, caption, text);
 }
 
-void presentReport(Presenter& presenter, const icReport& report) {
+void presentReport(Presenter& presenter, const icReport& report, bool largeText) {
     for (const icReportBox& box : report.boxes) {
-        if (box.kind == icBoxKind::info)
+        if (largeText && box.kind == icBoxKind::info)
             presentText(presenter, box.caption, box.text);
         else
             presenter.messageBox(box.kind, box.caption, box.text);

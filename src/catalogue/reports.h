@@ -34,9 +34,10 @@ struct icReport {
 // Reports from this length on go to the large-text window instead of a message box.
 inline constexpr std::size_t kLargeTextThreshold = 500;
 
-// Shows the boxes in order: plain boxes of 500 characters or more in the large-text window.
-void presentReport(Presenter& presenter, const icReport& report);
-// One report text under a caption, by the same rule.
+// Shows the boxes in order. With `largeText` (the simple text reports), plain boxes of 500
+// characters or more go to the large-text window; otherwise every box is a message box.
+void presentReport(Presenter& presenter, const icReport& report, bool largeText);
+// One simple report text under a caption: the large-text window from 500 characters on.
 void presentText(Presenter& presenter, std::string_view caption, std::string_view text);
 
 // ---- simple tags --------------------------------------------------------------------------

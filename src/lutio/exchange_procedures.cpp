@@ -8,7 +8,6 @@
 #include "tagtypes/lut_atob_type.h"
 
 #include <new>
-#include <optional>
 #include <type_traits>
 
 namespace {
@@ -65,20 +64,36 @@ icStatus exportLut(Presenter& presenter, const Lut& tag, const std::string& fold
         "Successfully export a " + std::string(lutName<Lut>()) + " tag to folder:", folder);
 }
 
-// The two-pass import shared by both kinds of lookup table. The size compared is the size the
-// folder gives its table: what the scratch table came to, and for a lut8/lut16 also the
-// Tag_Bytes its header states, because a header whose dimensions disagree with Tag_Bytes is
-// imported without its tables, and taking it would reset the shown tag to identity tables.
+// The size a scratch table's content takes laid out without gaps: for a lut8/lut16 the size of
+// its dimensions, which its import sets; for an mlut its elements one after another, as a rebuild
+// lays them out (its import keeps the folder's offsets and Tag_Bytes, gaps included).
+template <class Lut> icStatus contentSize(Lut& scratch, std::uint32_t& size) {
+    size = scratch.rawSize();
+    return icOk;
+}
+icStatus contentSize(iccMlutType& scratch, std::uint32_t& size) {
+    const icStatus s = scratch.rebuild();
+    size = scratch.rawSize();
+    return s;
+}
+
+// The two-pass import shared by both kinds of lookup table, with one comparison: the scratch
+// table's signature and content size against the shown tag's signature and size as loaded, so a
+// shown tag whose elements leave a gap is refused. The Tag_Bytes the folder states must be that
+// size too: a lut8/lut16 header whose dimensions disagree with it is imported without its
+// tables, and an mlut import would otherwise resize the shown tag.
 template <class Tag, class Import>
 icStatus importTwice(Presenter& presenter, Tag& tag, Tag& scratch, const std::string& folder,
                      Import import, std::string_view updateFailed) {
-    std::optional<std::uint32_t> stated;
-    if (icStatus s = import(scratch, folder, stated); s != icOk) {
+    const std::uint32_t loadedSize = tag.rawSize();
+    std::uint32_t stated = 0, size = 0;
+    if (icStatus s = import(scratch, folder, stated);
+        s != icOk || (s = contentSize(scratch, size)) != icOk) {
         box(presenter, kImportFailed);
         return s;
     }
-    if (scratch.typeSignature() != tag.typeSignature() || scratch.rawSize() != tag.rawSize() ||
-        (stated && *stated != tag.rawSize())) {
+    if (scratch.typeSignature() != tag.typeSignature() || size != loadedSize ||
+        stated != loadedSize) {
         box(presenter, kMismatch);
         return icErrBadProfile;
     }
@@ -91,12 +106,8 @@ icStatus importTwice(Presenter& presenter, Tag& tag, Tag& scratch, const std::st
 
 template <class Lut> icStatus lutImport(Presenter& presenter, Lut& tag, const std::string& folder) {
     Lut scratch;
-    const auto import = [](Lut& into, const std::string& path,
-                           std::optional<std::uint32_t>& stated) {
-        std::uint32_t tagBytes = 0;
-        const icStatus s = importLut(into, path, &tagBytes);
-        stated = tagBytes;
-        return s;
+    const auto import = [](Lut& into, const std::string& path, std::uint32_t& stated) {
+        return importLut(into, path, &stated);
     };
     const icStatus s = importTwice(presenter, tag, scratch, folder, import, kLutUpdateFailed);
     if (s != icOk)
@@ -136,8 +147,11 @@ icStatus runMlutImport(Presenter& presenter, iccMlutType& tag, const std::string
     // The scratch table takes whichever of the two signatures the folder names; the comparison
     // then refuses one that differs from the shown tag's.
     iccMlutType scratch;
-    const auto import = [](iccMlutType& into, const std::string& path,
-                           std::optional<std::uint32_t>&) { return ImportMlutFolder(into, path); };
+    const auto import = [](iccMlutType& into, const std::string& path, std::uint32_t& stated) {
+        const icStatus s = ImportMlutFolder(into, path);
+        stated = into.rawSize(); // the folder's Tag_Bytes, which the import encodes into
+        return s;
+    };
     if (icStatus s = importTwice(presenter, tag, scratch, folder, import, kMlutUpdateFailed);
         s != icOk)
         return s;

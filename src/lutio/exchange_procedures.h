@@ -3,8 +3,9 @@
 // and veltrino-cli run the very same steps.
 //
 // Imports of lookup tables go through a scratch object first: the folder is read into it, its
-// signature and size are compared with the shown tag, and only then is the folder read a second
-// time into the shown tag. A folder that fails to read or does not match therefore leaves the
+// signature and the size of its content laid out without gaps are compared with the shown tag's
+// signature and size as loaded, and only then is the folder read a second time into the shown
+// tag. A folder that fails to read or does not match therefore leaves the
 // shown tag untouched.
 //
 // Each returns 0 when the tag was exported or changed (an import's caller then marks the tag

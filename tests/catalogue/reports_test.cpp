@@ -153,6 +153,11 @@ TEST(SettingsReports, DeviceSettings) {
     const Bytes looping =
         wordTag(icSig("devs"), {0xFFFFFFFF, icSig("APPL"), 0, 0xFFFFFFFF, 0, 0xFFFFFFFF});
     EXPECT_LT(reportDeviceSettings(looping, "L").boxes.size(), 40u);
+    // However long, a platform is a message box of its own.
+    const auto longPlatform = showOne(icSig("devs"), devsTag(1, 30));
+    ASSERT_EQ(longPlatform.shown.size(), 1u);
+    EXPECT_GT(longPlatform.shown[0].text.size(), 500u);
+    EXPECT_EQ(longPlatform.shown[0].kind, "info");
 }
 
 TEST(SettingsReports, ResponseCurves) {
@@ -221,9 +226,10 @@ Bytes pseqTag(const std::vector<Bytes>& records) {
 }
 
 TEST(SettingsReports, SequenceVersion2BoxesGrow) {
+    const std::string longName(200, 'B');
     const Bytes tag = pseqTag({pseqRecord(icSig("dcam"), 0, descTag("Maker"), descTag("Cam")),
-                               pseqRecord(icSig("none"), 3, descTag("B"), descTag("C")),
-                               pseqRecord(icSig("flex"), 2, descTag(""), descTag(""))});
+                               pseqRecord(icSig("none"), 3, descTag(longName), descTag("C")),
+                               pseqRecord(icSig("flex"), 2, descTag(longName), descTag(""))});
     const auto result = showOne(icSig("pseq"), tag);
     ASSERT_EQ(result.shown.size(), 4u);
     const std::string first = "Number of profile sequence descriptions: 3\n";
@@ -237,6 +243,10 @@ TEST(SettingsReports, SequenceVersion2BoxesGrow) {
     EXPECT_NE(result.shown[2].text.find("transparency, matte\nDevice Technology: unknown\n"),
               std::string::npos);
     EXPECT_EQ(result.shown[3].caption, "Profile Sequence #2");
+    // Boxes past 500 characters stay message boxes.
+    EXPECT_GT(result.shown[3].text.size(), 500u);
+    for (const Shown& box : result.shown)
+        EXPECT_EQ(box.kind, "info");
 }
 
 TEST(SettingsReports, SequenceVersion4OpensTheNames) {

@@ -170,6 +170,13 @@ TEST(MlutFolder, ViewerImportBoxes) {
     EXPECT_EQ(runMlutImport(boxes, bOnly, bFolder.string()), icErrBadProfile);
     EXPECT_EQ(bOnly.typeSignature(), iccMlutType::kAToB);
 
+    // A shown tag whose A curves lie well after the CLUT: laid out, its folder comes to less.
+    writeText(folder / "header.txt", edited(edited(header, "Tag_Bytes: 252", "Tag_Bytes: 300"),
+                                            "Offset_ACurve: 204", "Offset_ACurve: 240"));
+    iccMlutType gapped;
+    ASSERT_EQ(ImportMlutFolder(gapped, folder), icOk);
+    EXPECT_EQ(runMlutImport(boxes, gapped, folder.string()), icErrBadProfile);
+
     writeText(folder / "clut.txt", edited(kClut, "3 6000 7000 \n", "3 6000\n7000 \n"));
     EXPECT_EQ(runMlutImport(boxes, shown, folder.string()), icErrFile);
     EXPECT_EQ(Bytes(shown.raw().begin(), shown.raw().end()), before);
@@ -182,6 +189,7 @@ TEST(MlutFolder, ViewerImportBoxes) {
     EXPECT_EQ(boxes.texts,
               (std::vector<std::string>{
                   "Successfully export MLUT to folder:" + folder.string() + "\n",
+                  "Error: Tag signatures are mismatched or the tag sizes are different.\n",
                   "Error: Tag signatures are mismatched or the tag sizes are different.\n",
                   "Failed in importing files...\n",
                   "Successfully import MLUT from folder:" + folder.string() + "\n",

@@ -91,8 +91,9 @@ ProfileBuilder& ProfileBuilder::entry(icSignature sig, std::uint32_t offset, std
 }
 
 Bytes ProfileBuilder::build(bool keepSize) const {
-    Bytes out(kHeaderSize, 0);
-    iccWriter w(out);
+    // Everything after the header first: its size goes into the header.
+    Bytes body;
+    iccWriter w(body);
     w.u32(static_cast<std::uint32_t>(items_.size()));
     std::uint32_t next = static_cast<std::uint32_t>(kHeaderSize + 4 + 12 * items_.size());
     std::vector<std::uint32_t> offsets;
@@ -112,9 +113,12 @@ Bytes ProfileBuilder::build(bool keepSize) const {
     }
     icHeader h = header;
     if (!keepSize)
-        h.size = static_cast<std::uint32_t>(out.size());
+        h.size = static_cast<std::uint32_t>(kHeaderSize + body.size());
     const auto headerBytes = headerToBytes(h);
-    std::copy(headerBytes.begin(), headerBytes.end(), out.begin());
+    Bytes out;
+    out.reserve(kHeaderSize + body.size());
+    out.insert(out.end(), headerBytes.begin(), headerBytes.end());
+    out.insert(out.end(), body.begin(), body.end());
     return out;
 }
 
