@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -24,9 +25,16 @@ std::string writeBytes(const std::filesystem::path& path, const Bytes& bytes);
 std::string readText(const std::filesystem::path& path);
 std::string writeText(const std::filesystem::path& path, const std::string& text);
 
-// Tag bytes: the type signature, four zero bytes and the payload.
+// Tag bytes: the type signature, four zero bytes and the payload (or 32-bit words).
 Bytes tagBytes(icSignature type, const Bytes& payload = {});
 Bytes textTag(const std::string& text);
+inline Bytes wordTag(icSignature type, std::initializer_list<std::uint32_t> words) {
+    Bytes bytes = tagBytes(type);
+    iccWriter w(bytes);
+    for (std::uint32_t v : words)
+        w.u32(v);
+    return bytes;
+}
 
 // Builds a profile in memory. Tags are laid out after the directory in order, each on a
 // 4-byte boundary, unless an entry gives its own offset (to share or misplace a block).
