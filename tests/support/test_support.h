@@ -5,6 +5,7 @@
 #include "profile/byte_io.h"
 #include "profile/header.h"
 
+#include <cctype>
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
@@ -15,6 +16,14 @@ using Bytes = std::vector<std::uint8_t>;
 
 // Every .icc/.icm file under /usr/share/color, sorted.
 std::vector<std::filesystem::path> installedProfiles();
+
+// A test name for the index-th of the installed profiles: its file name, letters and digits only.
+inline std::string profileTestName(const std::filesystem::path& path, std::size_t index) {
+    std::string name = std::to_string(index) + "_" + path.stem().string();
+    for (char& c : name)
+        c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+    return name;
+}
 
 // A scratch folder of the test run, created on first use.
 std::filesystem::path scratchDir();
