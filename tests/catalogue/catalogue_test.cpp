@@ -42,11 +42,16 @@ TEST(ShowTag, FixedBoxesAndHexDumps) {
     EXPECT_EQ(crdi.status, icOk);
     EXPECT_EQ(crdi.shown, (std::vector<Shown>{{"info", "CrdInfo Tag", "PostScript CRD Info."}}));
 
-    const auto bfd = showOne(icSig("bfd "), tagBytes(icSig("ucrb"), {'A', ' ', 'z', '!'}));
-    EXPECT_EQ(bfd.shown,
+    // Sixteen bytes a line; only letters and digits are shown as they are. (A short last line is
+    // filled with zeros, as the command-line tests show.)
+    Bytes payload = {'A', ' ', 'z', '!', '0', '9', 0x7F, 0xE9, 1, 2, 0xAB, 'x'};
+    payload.resize(24, '.');
+    EXPECT_EQ(showOne(icSig("bfd "), tagBytes(icSig("ucrb"), payload)).shown,
               (std::vector<Shown>{{"viewer hexdump", "Private or Unsupported Tag",
-                                   "00000000    75 63 72 62 00 00 00 00 - 41 20 7A 21 00 00 00 00 "
-                                   "   ucrb....A.z."}}));
+                                   "00000000    75 63 72 62 00 00 00 00 - 41 20 7A 21 30 39 7F E9 "
+                                   "   ucrb....A.z.09..\n"
+                                   "00000010    01 02 AB 78 2E 2E 2E 2E - 2E 2E 2E 2E 2E 2E 2E 2E "
+                                   "   ...x............"}}));
 
     // A LUT row holding another type of data shows nothing and reports nothing.
     const auto other = showOne(icSig("A2B0"), curvTag({}));
