@@ -242,11 +242,6 @@ TEST(CliShow, ViewerBlocksOfARealProfile) {
     EXPECT_EQ(xyz.out, "--- viewer xyz | MediaWhitePoint Tag\nX: 0.95045\nY: 1.00000\nZ: "
                        "1.08905\nx: 0.312700\ny: 0.329001\n");
     EXPECT_EQ(runCli({"show", path, "14"}).out, "--- viewer curve | RedTRC Tag\n1024 points\n");
-    const CliResult lut = runCli({"show", "/usr/share/color/argyll/ref/lab2lab.icm", "A2B0"});
-    EXPECT_EQ(lut.out, "--- viewer lut | AToB0 Tag\nLUT Type: 16-bit LUT\nInput Channels: "
-                       "3\nInput Entries: 2\nOutput Channels: 3\nOutput Entries: 2\nCLUT Points: "
-                       "2\nMatrix:\n1.000000 0.000000 0.000000\n0.000000 1.000000 "
-                       "0.000000\n0.000000 0.000000 1.000000\n");
 }
 
 TEST(CliShow, TagArgumentsAndExitStatuses) {

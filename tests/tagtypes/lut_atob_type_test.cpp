@@ -71,11 +71,7 @@ TEST(MlutType, StructureAndHostileSizes) {
         EXPECT_EQ(tag.setData(row.bytes), row.status) << row.name;
     }
 
-    iccClut clut;
-    ASSERT_EQ(clut.init(3, 3, 2, Bytes{9, 9, 9}), icOk);
-    EXPECT_EQ(clut.byteSize(), 4394u);
-    EXPECT_EQ(clut.init(17, 3, 2, Bytes(17, 2)), icErrInvalidArg);
-    EXPECT_EQ(clut.init(16, 255, 2, Bytes(16, 255)), icErrInvalidArg);
+    EXPECT_EQ(iccClut().init(16, 255, 2, Bytes(16, 255)), icErrInvalidArg); // beyond 4 GiB
 
     // Nothing is written that decoding would refuse.
     iccMlutType layout;

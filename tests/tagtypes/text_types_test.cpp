@@ -41,9 +41,6 @@ TEST(TextType, ReadsUpToItsNulAndNeverPastTheTag) {
     EXPECT_EQ(loadTag(text, tagBytes(icSig("text"), {'a', 'b', 'c', 'd'})), icErrBadProfile);
     EXPECT_EQ(text.text(), "abcd");
     EXPECT_EQ(loadTag(text, descTag("x", 2)), icErrBadProfile); // another type
-    EXPECT_EQ(text.setDataChecked(icSig("text"), Bytes(8, 0)), icErrInvalidArg);
-    EXPECT_EQ(text.setDataChecked(icSig("text"), descTag("a", 1)), icErrWrongType);
-    EXPECT_EQ(text.setDataChecked(icSig("text"), textTag("")), icOk);
 }
 
 TEST(TextDescriptionType, ScriptCodeCountAndTruncation) {

@@ -81,7 +81,7 @@ TEST(LutModel, InfoPageAndNodeTexts) {
     ASSERT_EQ(lut16.initialize(1, 4, 15, 2, 2), icOk);
     ASSERT_EQ(lut16.setClut(std::vector<std::uint16_t>(30, 65535)), icOk);
     LutModel rgb(lut16, icSig("RGB "));
-    EXPECT_EQ(rgb.lines()[2], "Input Entries: 4");
+    EXPECT_EQ(rgb.lines()[0] + ", " + rgb.lines()[2], "LUT Type: 16-bit LUT, Input Entries: 4");
     EXPECT_EQ(nodeTexts(rgb).substr(0, 19), "65535 (255); 65535 ");
     EXPECT_EQ(rgb.visibleOutputs(), 12u);
     EXPECT_EQ(rgb.clutPageWarning(), kLutTooManyChannels);
