@@ -90,17 +90,16 @@ TEST(ShowTag, OutOfMemoryEscalatesInsteadOfReporting) {
 struct WriteBack {
     std::unique_ptr<iccProfileRW> profile;
     RecordingPresenter presenter;
-    icStatus status = icOk;
 
     WriteBack(const ProfileBuilder& builder) : profile(loadProfile(builder)) {}
     Bytes run(int index = 0) {
-        status = showTag(presenter, *profile, index);
+        EXPECT_EQ(showTag(presenter, *profile, index), icOk);
         const auto bytes = profile->getTagData(index);
         return Bytes(bytes.begin(), bytes.end());
     }
 };
 
-TEST(WriteBack, ModifiedCurveIsEncodedAndStoredForEverySharer) {
+TEST(WriteBack, ModifiedCurveIsEncodedAndStoredForEverySharerOnlyOnOk) {
     ProfileBuilder builder;
     builder.tag(icSig("rTRC"), curvTag({0x0233}));
     const std::uint32_t offset = kHeaderSize + 4 + 2 * 12;
@@ -113,19 +112,16 @@ TEST(WriteBack, ModifiedCurveIsEncodedAndStoredForEverySharer) {
     EXPECT_EQ(run.run(), curvTag({0, 0xFFFF}));
     EXPECT_EQ(run.presenter.shown[0], (Shown{"viewer curve", "RedTRC Tag", "gamma= 2.2"}));
     // The sharer's entry keeps its old size until the profile is laid out again.
-    const auto shared = run.profile->getTagData(1);
     const Bytes written = curvTag({0, 0xFFFF});
-    EXPECT_EQ(Bytes(shared.begin(), shared.end()), Bytes(written.begin(), written.begin() + 14));
-}
+    EXPECT_TRUE(std::ranges::equal(run.profile->getTagData(1),
+                                   Bytes(written.begin(), written.begin() + 14)));
 
-TEST(WriteBack, CurveIsKeptUnlessOkAndModified) {
+    // Unless the viewer closes with OK and modified, the curve is kept.
     for (const icViewerResult answer : {icViewerResult{true, false}, icViewerResult{false, true}}) {
-        WriteBack run(ProfileBuilder().tag(icSig("kTRC"), curvTag({0x0100})));
-        run.presenter.answer = answer;
-        run.presenter.editCurve = [](iccCurveElement& curve) {
-            ASSERT_EQ(curve.buildCurve(0), icOk);
-        };
-        EXPECT_EQ(run.run(), curvTag({0x0100}));
+        WriteBack kept(ProfileBuilder().tag(icSig("kTRC"), curvTag({0x0100})));
+        kept.presenter.answer = answer;
+        kept.presenter.editCurve = run.presenter.editCurve;
+        EXPECT_EQ(kept.run(), curvTag({0x0100}));
     }
 }
 
@@ -185,7 +181,6 @@ TEST(WriteBack, ImportedMlutIsRebuiltAndStored) {
     // The rebuild lays the A curves right after the CLUT, without the source's gap.
     ASSERT_EQ(stored.size(), 80u);
     EXPECT_EQ(Bytes(stored.begin() + 64, stored.begin() + 68), (Bytes{0x80, 0, 0, 7}));
-    EXPECT_EQ(run.presenter.shown[0].text.substr(0, 12), "lutAToBType:");
 }
 
 } // namespace
