@@ -25,16 +25,10 @@ TEST(Catalogue, ChoosesByVersionAndSignature) {
     EXPECT_EQ(chooseTagHandler(icSig("rXYZ"), v3).label, "RedColorant Tag");
     EXPECT_EQ(chooseTagHandler(icSig("rXYZ"), v4).label, "RedMatrixColumn Tag");
     EXPECT_EQ(chooseTagHandler(icSig("bXYZ"), v4).label, "BlueMatrixColumn Tag");
-    EXPECT_EQ(chooseTagHandler(icSig("desc"), v4).handler, icTagHandler::localizedText);
-    EXPECT_EQ(chooseTagHandler(icSig("desc"), v2).handler, icTagHandler::textDescription);
     EXPECT_EQ(chooseTagHandler(icSig("cprt"), v2).handler, icTagHandler::text);
-    EXPECT_EQ(chooseTagHandler(icSig("targ"), v4).handler, icTagHandler::text);
-    EXPECT_EQ(chooseTagHandler(icSig("pseq"), v4).handler, icTagHandler::sequenceV4);
-    // Signatures are compared exactly: case and trailing blanks matter.
+    // Signatures are compared exactly: case and trailing blanks matter. (The handlers of 'desc'
+    // by version, v4 'targ' and 'pseq' and the private tag show in the ShowTag and report tests.)
     EXPECT_EQ(chooseTagHandler(icSig("DESC"), v2).handler, icTagHandler::hexDump);
-    const icTagChoice bfd = chooseTagHandler(icSig("bfd "), v2);
-    EXPECT_EQ(bfd.label, "Private or Unsupported Tag");
-    EXPECT_EQ(bfd.handler, icTagHandler::hexDump);
 }
 
 TEST(ShowTag, FixedBoxesAndHexDumps) {
@@ -42,11 +36,16 @@ TEST(ShowTag, FixedBoxesAndHexDumps) {
     EXPECT_EQ(crdi.status, icOk);
     EXPECT_EQ(crdi.shown, (std::vector<Shown>{{"info", "CrdInfo Tag", "PostScript CRD Info."}}));
 
-    const auto bfd = showOne(icSig("bfd "), tagBytes(icSig("ucrb"), {'A', ' ', 'z', '!'}));
-    EXPECT_EQ(bfd.shown,
+    // Sixteen bytes a line; only letters and digits are shown as they are. (A short last line is
+    // filled with zeros, as the command-line tests show.)
+    Bytes payload = {'A', ' ', 'z', '!', '0', '9', 0x7F, 0xE9, 1, 2, 0xAB, 'x'};
+    payload.resize(24, '.');
+    EXPECT_EQ(showOne(icSig("bfd "), tagBytes(icSig("ucrb"), payload)).shown,
               (std::vector<Shown>{{"viewer hexdump", "Private or Unsupported Tag",
-                                   "00000000    75 63 72 62 00 00 00 00 - 41 20 7A 21 00 00 00 00 "
-                                   "   ucrb....A.z."}}));
+                                   "00000000    75 63 72 62 00 00 00 00 - 41 20 7A 21 30 39 7F E9 "
+                                   "   ucrb....A.z.09..\n"
+                                   "00000010    01 02 AB 78 2E 2E 2E 2E - 2E 2E 2E 2E 2E 2E 2E 2E "
+                                   "   ...x............"}}));
 
     // A LUT row holding another type of data shows nothing and reports nothing.
     const auto other = showOne(icSig("A2B0"), curvTag({}));
@@ -91,17 +90,16 @@ TEST(ShowTag, OutOfMemoryEscalatesInsteadOfReporting) {
 struct WriteBack {
     std::unique_ptr<iccProfileRW> profile;
     RecordingPresenter presenter;
-    icStatus status = icOk;
 
     WriteBack(const ProfileBuilder& builder) : profile(loadProfile(builder)) {}
     Bytes run(int index = 0) {
-        status = showTag(presenter, *profile, index);
+        EXPECT_EQ(showTag(presenter, *profile, index), icOk);
         const auto bytes = profile->getTagData(index);
         return Bytes(bytes.begin(), bytes.end());
     }
 };
 
-TEST(WriteBack, ModifiedCurveIsEncodedAndStoredForEverySharer) {
+TEST(WriteBack, ModifiedCurveIsEncodedAndStoredForEverySharerOnlyOnOk) {
     ProfileBuilder builder;
     builder.tag(icSig("rTRC"), curvTag({0x0233}));
     const std::uint32_t offset = kHeaderSize + 4 + 2 * 12;
@@ -114,19 +112,16 @@ TEST(WriteBack, ModifiedCurveIsEncodedAndStoredForEverySharer) {
     EXPECT_EQ(run.run(), curvTag({0, 0xFFFF}));
     EXPECT_EQ(run.presenter.shown[0], (Shown{"viewer curve", "RedTRC Tag", "gamma= 2.2"}));
     // The sharer's entry keeps its old size until the profile is laid out again.
-    const auto shared = run.profile->getTagData(1);
     const Bytes written = curvTag({0, 0xFFFF});
-    EXPECT_EQ(Bytes(shared.begin(), shared.end()), Bytes(written.begin(), written.begin() + 14));
-}
+    EXPECT_TRUE(std::ranges::equal(run.profile->getTagData(1),
+                                   Bytes(written.begin(), written.begin() + 14)));
 
-TEST(WriteBack, CurveIsKeptUnlessOkAndModified) {
+    // Unless the viewer closes with OK and modified, the curve is kept.
     for (const icViewerResult answer : {icViewerResult{true, false}, icViewerResult{false, true}}) {
-        WriteBack run(ProfileBuilder().tag(icSig("kTRC"), curvTag({0x0100})));
-        run.presenter.answer = answer;
-        run.presenter.editCurve = [](iccCurveElement& curve) {
-            ASSERT_EQ(curve.buildCurve(0), icOk);
-        };
-        EXPECT_EQ(run.run(), curvTag({0x0100}));
+        WriteBack kept(ProfileBuilder().tag(icSig("kTRC"), curvTag({0x0100})));
+        kept.presenter.answer = answer;
+        kept.presenter.editCurve = run.presenter.editCurve;
+        EXPECT_EQ(kept.run(), curvTag({0x0100}));
     }
 }
 
@@ -186,7 +181,6 @@ TEST(WriteBack, ImportedMlutIsRebuiltAndStored) {
     // The rebuild lays the A curves right after the CLUT, without the source's gap.
     ASSERT_EQ(stored.size(), 80u);
     EXPECT_EQ(Bytes(stored.begin() + 64, stored.begin() + 68), (Bytes{0x80, 0, 0, 7}));
-    EXPECT_EQ(run.presenter.shown[0].text.substr(0, 12), "lutAToBType:");
 }
 
 } // namespace

@@ -58,40 +58,28 @@ public:
 
     void messageBox(icBoxKind kind, std::string_view caption, std::string_view text) override {
         static const char* kinds[] = {"info", "warning", "stop"};
-        record(kinds[static_cast<int>(kind)], caption, std::string(text));
+        record(kinds[static_cast<int>(kind)], caption, text);
     }
     void showLargeText(std::string_view caption, std::string_view text) override {
-        record("text", caption, std::string(text));
+        record("text", caption, text);
     }
     void showHexDump(std::string_view caption, const std::vector<std::string>& lines) override {
         record("viewer hexdump", caption, joinLines(lines));
     }
     icViewerResult curveViewer(std::string_view caption, iccCurveElement& curve) override {
-        record("viewer curve", caption, joinLines(CurveModel(curve, caption).lines()));
-        if (editCurve)
-            editCurve(curve);
-        return answer;
+        return view("curve", caption, CurveModel(curve, caption).lines(), editCurve, curve);
     }
     icViewerResult xyzViewer(std::string_view caption, iccXYZType& xyz) override {
-        record("viewer xyz", caption, joinLines(XyzModel(xyz, caption).lines()));
-        if (editXYZ)
-            editXYZ(xyz);
-        return answer;
+        return view("xyz", caption, XyzModel(xyz, caption).lines(), editXYZ, xyz);
     }
     icViewerResult lutViewer(std::string_view caption, iccMftLut& lut,
                              icSignature outputSpace) override {
         LutModel model(lut, outputSpace);
         lutOutputSpace = outputSpace;
-        record("viewer lut", caption, joinLines(model.lines()));
-        if (editLut)
-            editLut(model);
-        return answer;
+        return view("lut", caption, model.lines(), editLut, model);
     }
     icViewerResult mlutViewer(std::string_view caption, iccMlutType& lut) override {
-        record("viewer mlut", caption, joinLines(MlutModel(lut).lines()));
-        if (editMlut)
-            editMlut(lut);
-        return answer;
+        return view("mlut", caption, MlutModel(lut).lines(), editMlut, lut);
     }
     icViewerResult namedColorViewer(std::string_view caption, const icNamedColor2& colors,
                                     icSignature pcs) override {
@@ -105,21 +93,21 @@ public:
     }
 
 private:
-    void record(std::string kind, std::string_view caption, std::string text) {
-        shown.push_back({std::move(kind), std::string(caption), std::move(text)});
+    void record(std::string kind, std::string_view caption, std::string_view text) {
+        shown.push_back({std::move(kind), std::string(caption), std::string(text)});
+    }
+    template <class T>
+    icViewerResult view(const char* name, std::string_view caption,
+                        const std::vector<std::string>& lines, const std::function<void(T&)>& edit,
+                        T& object) {
+        record(std::string("viewer ") + name, caption, joinLines(lines));
+        if (edit)
+            edit(object);
+        return answer;
     }
 };
 
 // ---- tag bytes ------------------------------------------------------------------------------
-
-// The type signature, four zero bytes, then 32-bit words.
-inline Bytes wordTag(icSignature type, std::initializer_list<std::uint32_t> words) {
-    Bytes bytes = tagBytes(type);
-    iccWriter w(bytes);
-    for (std::uint32_t v : words)
-        w.u32(v);
-    return bytes;
-}
 
 inline std::uint32_t fixed(double v) {
     return static_cast<std::uint32_t>(doubleToS15Fixed16(v));
@@ -142,29 +130,24 @@ template <class Tag> Bytes rawOf(Tag& tag) {
     return Bytes(data.begin(), data.end());
 }
 
+template <class Text> Bytes asciiTag(const std::string& text) {
+    Text tag;
+    EXPECT_EQ(tag.setFromAscii(text), icOk);
+    return rawOf(tag);
+}
 inline Bytes mlucTag(const std::string& text) {
-    iccMultiLocalizedUnicodeType mluc;
-    EXPECT_EQ(mluc.setFromAscii(text), icOk);
-    return rawOf(mluc);
+    return asciiTag<iccMultiLocalizedUnicodeType>(text);
 }
-
 inline Bytes descTag(const std::string& text) {
-    iccTextDescriptionType desc;
-    EXPECT_EQ(desc.setFromAscii(text), icOk);
-    return rawOf(desc);
+    return asciiTag<iccTextDescriptionType>(text);
 }
 
-// 'mAB ' with one input and one output: B curve, a 2-point 16-bit CLUT and an A curve.
+// 'mAB ' with one input and one output: B curve, a 2-point 16-bit CLUT (32768, 65535), 12 bytes
+// of gap and an A curve.
 inline Bytes mabTag() {
-    Bytes bytes = wordTag(icSig("mAB "), {0x01010000, 32, 0, 0, 44, 80});
-    const Bytes identity = curvTag({});
-    const Bytes clut = {2, 0, 0, 0, 0, 0, 0, 0, 0,    0, 0,    0,
-                        0, 0, 0, 0, 2, 0, 0, 0, 0x80, 0, 0xFF, 0xFF};
-    bytes.insert(bytes.end(), identity.begin(), identity.end());
-    bytes.insert(bytes.end(), clut.begin(), clut.end());
-    bytes.insert(bytes.end(), {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    bytes.insert(bytes.end(), identity.begin(), identity.end());
-    return bytes;
+    const std::uint32_t curv = icSig("curv"), clut = 0x02000000;
+    return wordTag(icSig("mAB "), {0x01010000, 32, 0,    0,          44, 80, curv, 0,    0, clut, 0,
+                                   0,          0,  clut, 0x8000FFFF, 0,  0,  0,    curv, 0, 0});
 }
 
 // A profile of the builder's header with one tag per entry, loaded.
@@ -174,12 +157,6 @@ inline std::unique_ptr<iccProfileRW> loadProfile(const ProfileBuilder& builder) 
     return profile;
 }
 
-inline ProfileBuilder versionedBuilder(bool v4) {
-    ProfileBuilder builder;
-    builder.header.version = v4 ? 0x04300000 : 0x02100000;
-    return builder;
-}
-
 // Shows tag `index` of a one-tag (or more) profile and returns what was shown.
 struct ShowResult {
     icStatus status;
@@ -187,7 +164,9 @@ struct ShowResult {
 };
 
 inline ShowResult showOne(icSignature sig, const Bytes& bytes, bool v4 = false) {
-    auto profile = loadProfile(versionedBuilder(v4).tag(sig, bytes));
+    ProfileBuilder builder;
+    builder.header.version = v4 ? 0x04300000 : 0x02100000;
+    auto profile = loadProfile(builder.tag(sig, bytes));
     RecordingPresenter presenter;
     const icStatus s = showTag(presenter, *profile, 0);
     return {s, presenter.shown};

@@ -1,9 +1,8 @@
 // veltrino-cli end to end: its output for every installed profile against Little CMS's reading
-// of the same header, the boxes and exit statuses of failures, and saving.
-#include "support/test_support.h"
-
-#include <gtest/gtest.h>
-#include <lcms2.h>
+// of the same header, blocks for every tag of every installed profile and for the tag types they
+// lack, TAG arguments, the boxes and exit statuses of failures, and saving.
+#include "catalogue/catalogue_testing.h"
+#include "support/lcms_testing.h"
 
 #include <cstdio>
 #include <regex>
@@ -20,65 +19,51 @@ std::vector<std::string> lines(const std::string& text) {
     return out;
 }
 
-std::string sigChars(std::uint32_t sig) {
-    std::string s;
-    for (int shift = 24; shift >= 0; shift -= 8)
-        if (const char c = static_cast<char>(sig >> shift); c != 0)
-            s += c;
-        else
-            break;
-    return s;
-}
-
-std::string printf1(const char* fmt, unsigned v) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, fmt, v);
+template <class... Values> std::string printed(const char* format, Values... values) {
+    char buffer[128];
+    std::snprintf(buffer, sizeof buffer, format, values...);
     return buffer;
 }
 
 class CliOnRealProfile : public testing::TestWithParam<std::filesystem::path> {};
 
 TEST_P(CliOnRealProfile, InfoAgreesWithLittleCms) {
-    const std::string path = GetParam().string();
-    const CliResult result = runCli({"info", path});
+    const std::filesystem::path path = GetParam();
+    const CliResult result = runCli({"info", path.string()});
     ASSERT_EQ(result.exitCode, 0) << result.err;
     const auto out = lines(result.out);
-
-    cmsHPROFILE lcms = cmsOpenProfileFromFile(path.c_str(), "r");
+    const LcmsProfile owner = lcmsOpen(path);
+    cmsHPROFILE lcms = owner.get();
     ASSERT_NE(lcms, nullptr);
     const int tags = cmsGetTagCount(lcms);
     ASSERT_EQ(out.size(), 17u + 2 + static_cast<std::size_t>(tags));
 
-    std::tm date{};
-    cmsGetHeaderCreationDateTime(lcms, &date);
-    char dateText[64];
-    std::snprintf(dateText, sizeof dateText, "Date: %d/%d/%d, %d:%d:%d", date.tm_year + 1900,
-                  date.tm_mon + 1, date.tm_mday, date.tm_hour, date.tm_min, date.tm_sec);
+    std::tm d{};
+    cmsGetHeaderCreationDateTime(lcms, &d);
     const cmsUInt32Number flags = cmsGetHeaderFlags(lcms);
     cmsUInt64Number attributes = 0;
     cmsGetHeaderAttributes(lcms, &attributes);
     const char* intents[] = {"Perceptual", "Relative Colorimetric", "Saturation",
                              "Absolute Colorimetric"};
     const cmsUInt32Number intent = cmsGetHeaderRenderingIntent(lcms);
-    cmsUInt8Number id[16];
+    std::uint8_t id[16];
     cmsGetHeaderProfileID(lcms, id);
-    char idText[40];
-    std::snprintf(idText, sizeof idText,
-                  "%02x%02x%02x%02x-%02x%02x%02x%02x-%02x%02x%02x%02x-%02x%02x%02x%02x", id[0],
-                  id[1], id[2], id[3], id[4], id[5], id[6], id[7], id[8], id[9], id[10], id[11],
-                  id[12], id[13], id[14], id[15]);
+    std::string idText;
+    for (int i = 0; i < 16; ++i)
+        idText += printed(i % 4 == 0 && i > 0 ? "-%02x" : "%02x", id[i]);
 
     // Little CMS drops the version's two low bytes; the window shows them.
-    ASSERT_EQ(out[2].rfind("Version: 0x", 0), 0u);
+    ASSERT_TRUE(out[2].starts_with("Version: 0x"));
     EXPECT_EQ(std::stoul(out[2].substr(11), nullptr, 16) & 0xFFFF0000u,
               cmsGetEncodedICCversion(lcms));
-    EXPECT_EQ(out[4], "Color Space: " + sigChars(cmsGetColorSpace(lcms)));
-    EXPECT_EQ(out[5], "PCS: " + sigChars(cmsGetPCS(lcms)));
-    EXPECT_EQ(out[6], dateText);
+    EXPECT_EQ(out[4], "Color Space: " + sigToText(cmsGetColorSpace(lcms)));
+    EXPECT_EQ(out[5], "PCS: " + sigToText(cmsGetPCS(lcms)));
+    EXPECT_EQ(out[6], printed("Date: %d/%d/%d, %d:%d:%d", d.tm_year + 1900, d.tm_mon + 1, d.tm_mday,
+                              d.tm_hour, d.tm_min, d.tm_sec));
     EXPECT_EQ(out[9], std::string("Flags: ") + ((flags & 1) ? "embedded, " : "not embedded, ") +
                           ((flags & 2) ? "not independently" : "independently"));
-    EXPECT_EQ(out[10], "Manufacture: " + sigChars(cmsGetHeaderManufacturer(lcms)));
-    EXPECT_EQ(out[11].rfind(printf1("Model: 0x%x", cmsGetHeaderModel(lcms)), 0), 0u) << out[11];
+    EXPECT_EQ(out[10], "Manufacture: " + sigToText(cmsGetHeaderManufacturer(lcms)));
+    EXPECT_TRUE(out[11].starts_with(printed("Model: 0x%x", cmsGetHeaderModel(lcms)))) << out[11];
     // Little CMS reads both attribute words as one 64-bit number; the panel shows the first.
     const auto first = static_cast<std::uint32_t>(attributes >> 32);
     EXPECT_EQ(out[12], std::string("Attribute: ") +
@@ -87,14 +72,14 @@ TEST_P(CliOnRealProfile, InfoAgreesWithLittleCms) {
                            ((first & 4) ? "negative " : "positive, ") +
                            ((first & 8) ? "black & white" : "color"));
     EXPECT_EQ(out[13], std::string("Intent: ") + (intent < 4 ? intents[intent] : "Unknown"));
-    EXPECT_EQ(out[16], std::string("Profile ID: ") + idText);
+    EXPECT_EQ(out[16], "Profile ID: " + idText);
     EXPECT_EQ(out[17], "");
     EXPECT_EQ(out[18], "Tag Table (" + std::to_string(tags) + " tags):");
     for (int i = 0; i < tags; ++i) {
-        const std::string sig = sigChars(cmsGetTagSignature(lcms, static_cast<cmsUInt32Number>(i)));
-        EXPECT_EQ(out[19 + i].rfind(std::to_string(i) + "\t" + sig + "\t", 0), 0u) << out[19 + i];
+        const icSignature sig = cmsGetTagSignature(lcms, static_cast<cmsUInt32Number>(i));
+        EXPECT_TRUE(out[19 + i].starts_with(std::to_string(i) + "\t" + sigToText(sig) + "\t"))
+            << out[19 + i];
     }
-    cmsCloseProfile(lcms);
 }
 
 INSTANTIATE_TEST_SUITE_P(Installed, CliOnRealProfile, testing::ValuesIn(installedProfiles()),
@@ -189,6 +174,133 @@ TEST(Cli, SaveWritesALaidOutProfileOrSaysWhyNot) {
     r = runCli({"save", source.string(), (scratchDir() / "missing" / "x.icc").string()});
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_EQ(r.out, "--- stop | Veltrino\nError in writing a new profile. Errcode: -100.\n");
+}
+
+TEST(CliDump, EveryTagOfEveryInstalledProfileGetsBlocks) {
+    for (const auto& path : installedProfiles()) {
+        const CliResult result = runCli({"dump", path.string()});
+        const auto out = lines(result.out);
+        int tags = 0;
+        bool failed = false;
+        for (std::size_t i = 0; i < out.size(); ++i) {
+            if (out[i].starts_with("=== #")) {
+                ++tags;
+                ASSERT_LT(i + 1, out.size()) << path;
+                EXPECT_TRUE(out[i + 1].starts_with("--- ")) << path << ": " << out[i];
+            }
+            failed = failed || out[i] == "--- stop | Veltrino";
+        }
+        const std::string table = "Tag Table (" + std::to_string(tags) + " tags):";
+        EXPECT_EQ(std::count(out.begin(), out.end(), table), 1) << path;
+        EXPECT_EQ(result.exitCode, failed ? 1 : 0) << path;
+    }
+}
+
+// One tag of each type the installed profiles lack, in a version-2 profile.
+ProfileBuilder zooOfTags() {
+    ProfileBuilder builder;
+    builder.header.pcs = icSig("Lab ");
+    Bytes ncl2 = wordTag(icSig("ncl2"), {0, 1, 9});
+    ncl2.resize(ncl2.size() + 64 + 2 * (9 + 19), 0);
+    builder.tag(icSig("meas"), wordTag(icSig("meas"), {2, 0, 0, 0, 1, 0, 1}))
+        .tag(icSig("tech"), wordTag(icSig("sig "), {icSig("dcam")}))
+        .tag(icSig("scrn"), wordTag(icSig("scrn"), {0, 1000, 0, 0, 3}))
+        .tag(icSig("devs"), wordTag(icSig("devs"), {3, icSig("SGI "), 12, 0}))
+        .tag(icSig("resp"), tagBytes(icSig("rcs2"), {0, 1, 0, 1, 0, 0, 0, 0}))
+        .tag(icSig("calt"), wordTag(icSig("dtim"), {0x07D0000C, 0x001F0017, 0x003B003B}))
+        .tag(icSig("ps2i"), tagBytes(icSig("data"), {0, 0, 0, 0}))
+        .tag(icSig("ncl2"), ncl2)
+        .tag(icSig("crdi"), wordTag(icSig("crdi"), {}))
+        .tag(icSig("B2A0"), mabTag())
+        // Last: an empty block shares its offset with whatever follows it.
+        .tag(icSig("bfd "), {});
+    return builder;
+}
+
+std::string writeProfile(const std::string& name, const ProfileBuilder& builder) {
+    return writeBytes(scratchDir() / name, builder.build());
+}
+
+TEST(CliDump, TagsBuiltHere) {
+    const std::string path = writeProfile("zoo.icc", zooOfTags());
+    const CliResult result = runCli({"dump", path});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const std::string out = result.out;
+    // The report texts are checked on their own; here the blocks around them: an empty text,
+    // a viewer followed by the box it raises, and a viewer without fields.
+    EXPECT_NE(out.find("=== #5 calt\n--- info | CalibrationDateTime Tag\nDate = 12/31/2000 \n"),
+              std::string::npos);
+    const std::string tail = out.substr(out.find("=== #6 ps2i"));
+    EXPECT_EQ(tail, "=== #6 ps2i\n"
+                    "--- info | PS2 Rendering Intent Tag\n"
+                    "\n"
+                    "=== #7 ncl2\n"
+                    "--- viewer namedcolor | Named Color2 Tag\n"
+                    "Vendor specific flag: 0\n"
+                    "Count of named colors: 1\n"
+                    "Number of device planes: 9\n"
+                    "Prefix of each color name: \n"
+                    "Suffix of each color name: \n"
+                    "--- info | Veltrino\n"
+                    "Device planes is greater than 8. Current version of Veltrino not supported.\n"
+                    "=== #8 crdi\n"
+                    "--- info | CrdInfo Tag\n"
+                    "PostScript CRD Info.\n"
+                    "=== #9 B2A0\n"
+                    "--- viewer mlut | BToA0 Tag\n"
+                    "lutAToBType: (A curve)->(multidimensional LUT)->(M curve)->(matrix)->(B "
+                    "curve)\n"
+                    "Input Channels: 1\n"
+                    "Output Channels: 1\n"
+                    "B Curves: 32 / 0X20\n"
+                    "Matrix: N/A\n"
+                    "M Curves: N/A\n"
+                    "Mulitdimensional LUT: 44 / 0X2C\n"
+                    "A Curves: 80 / 0X50\n"
+                    "e1 N/A\ne2 N/A\ne3 N/A\ne4 N/A\ne5 N/A\ne6 N/A\ne7 N/A\ne8 N/A\ne9 N/A\n"
+                    "e10 N/A\ne11 N/A\ne12 N/A\n"
+                    "=== #10 bfd \n"
+                    "--- viewer hexdump | Private or Unsupported Tag\n");
+}
+
+TEST(CliShow, ViewerBlocksOfARealProfile) {
+    const std::string path = "/usr/share/color/argyll/ref/sRGB.icm";
+    const CliResult xyz = runCli({"show", path, "wtpt"});
+    EXPECT_EQ(xyz.exitCode, 0);
+    EXPECT_EQ(xyz.out, "--- viewer xyz | MediaWhitePoint Tag\nX: 0.95045\nY: 1.00000\nZ: "
+                       "1.08905\nx: 0.312700\ny: 0.329001\n");
+    EXPECT_EQ(runCli({"show", path, "14"}).out, "--- viewer curve | RedTRC Tag\n1024 points\n");
+}
+
+TEST(CliShow, TagArgumentsAndExitStatuses) {
+    ProfileBuilder builder;
+    builder.tag(icSig("bfd "), tagBytes(icSig("ucrb")))
+        .tag(icSig("meas"), wordTag(icSig("meas"), {}))
+        .tag(icSig("desc"), descTag("First"))
+        .tag(icSig("desc"), descTag("Second"));
+    const std::string path = writeProfile("arguments.icc", builder);
+
+    const CliResult padded = runCli({"show", path, "bfd"});
+    EXPECT_EQ(padded.exitCode, 0);
+    EXPECT_EQ(padded.out, "--- viewer hexdump | Private or Unsupported Tag\n00000000    75 63 72 "
+                          "62 00 00 00 00 - 00 00 00 00 00 00 00 00    ucrb....\n");
+    EXPECT_EQ(runCli({"show", path, "desc"}).out, "--- info | Profile Description Tag\nFirst\n");
+    EXPECT_EQ(runCli({"show", path, "003"}).out, "--- info | Profile Description Tag\nSecond\n");
+
+    const CliResult failed = runCli({"show", path, "meas"});
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_EQ(failed.out, "--- stop | Veltrino\nTag bytes too small.\n--- stop | Veltrino\n"
+                          "Failed in displaying tag. Errcode: -1001.\n");
+    for (const std::string tag : {"4", "99999999999999999999", "wtpt", "DESC"}) {
+        const CliResult missing = runCli({"show", path, tag});
+        EXPECT_EQ(missing.exitCode, 1) << tag;
+        EXPECT_TRUE(missing.out.empty()) << tag;
+        EXPECT_FALSE(missing.err.empty()) << tag;
+    }
+    EXPECT_EQ(runCli({"show", path, "toolong"}).exitCode, 2);
+    EXPECT_EQ(runCli({"show", path}).exitCode, 2);
+    EXPECT_EQ(runCli({"dump", path}).exitCode, 1);
+    EXPECT_EQ(runCli({"show", (scratchDir() / "missing.icc").string(), "0"}).exitCode, 1);
 }
 
 } // namespace

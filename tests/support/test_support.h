@@ -5,8 +5,10 @@
 #include "profile/byte_io.h"
 #include "profile/header.h"
 
+#include <cctype>
 #include <cstdint>
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,14 @@ using Bytes = std::vector<std::uint8_t>;
 
 // Every .icc/.icm file under /usr/share/color, sorted.
 std::vector<std::filesystem::path> installedProfiles();
+
+// A test name for the index-th of the installed profiles: its file name, letters and digits only.
+inline std::string profileTestName(const std::filesystem::path& path, std::size_t index) {
+    std::string name = std::to_string(index) + "_" + path.stem().string();
+    for (char& c : name)
+        c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+    return name;
+}
 
 // A scratch folder of the test run, created on first use.
 std::filesystem::path scratchDir();
@@ -24,9 +34,16 @@ std::string writeBytes(const std::filesystem::path& path, const Bytes& bytes);
 std::string readText(const std::filesystem::path& path);
 std::string writeText(const std::filesystem::path& path, const std::string& text);
 
-// Tag bytes: the type signature, four zero bytes and the payload.
+// Tag bytes: the type signature, four zero bytes and the payload (or 32-bit words).
 Bytes tagBytes(icSignature type, const Bytes& payload = {});
 Bytes textTag(const std::string& text);
+inline Bytes wordTag(icSignature type, std::initializer_list<std::uint32_t> words) {
+    Bytes bytes = tagBytes(type);
+    iccWriter w(bytes);
+    for (std::uint32_t v : words)
+        w.u32(v);
+    return bytes;
+}
 
 // Builds a profile in memory. Tags are laid out after the directory in order, each on a
 // 4-byte boundary, unless an entry gives its own offset (to share or misplace a block).

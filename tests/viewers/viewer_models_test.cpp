@@ -1,6 +1,9 @@
 // The viewers' texts and rules without widgets: curve labels, chromaticity and display colour,
-// the lut8/lut16 and lutAToB pages, named colours and localized strings.
+// the lut8/lut16 and lutAToB pages, named colours, localized strings and the large-text window;
+// where the plots put their data, on numbers alone.
 #include "catalogue/catalogue_testing.h"
+#include "viewers/hex_dump_model.h"
+#include "viewers/plot_mapping.h"
 
 namespace {
 
@@ -11,26 +14,17 @@ iccCurveElement parametric(std::uint16_t type, std::vector<double> values) {
 }
 
 TEST(CurveModel, Labels) {
+    // "gamma= 2.2" and "1024 points" are shown by the catalogue and command-line tests.
     iccCurveElement curve;
     ASSERT_EQ(curve.create(icSig("curv")), icOk);
     ASSERT_EQ(curve.curve()->setData(curvTag({})), icOk);
     EXPECT_EQ(curveLabel(curve), "Identity");
-    ASSERT_EQ(curve.curve()->setData(curvTag({0x0233})), icOk);
-    EXPECT_EQ(curveLabel(curve), "gamma= 2.2");
-    ASSERT_EQ(curve.buildCurve(1024), icOk);
-    EXPECT_EQ(curveLabel(curve), "1024 points");
-
     EXPECT_EQ(curveLabel(parametric(0, {2.4})), "gamma=2.4");
     EXPECT_EQ(curveLabel(parametric(1, {2.4, 1, 0.5})), "gamma=2.4; a=1; b=0.5");
     EXPECT_EQ(curveLabel(parametric(3, {2.4, 0.5, 0.25, 0.125, 0.0625})),
               "gamma=2.4;a=0.5;b=0.25;c=0.125;d=0.0625");
     EXPECT_EQ(curveLabel(parametric(5, {1})), "Curve Type #5 not supported.\n");
     EXPECT_EQ(curveLabel(iccCurveElement()), "No data");
-
-    std::vector<iccCurveElement> set;
-    set.push_back(parametric(0, {1.8}));
-    set.push_back(parametric(0, {2.2}));
-    EXPECT_EQ(curvePlotLabels(set), (std::vector<std::string>{"#0: gamma=1.8", "#1: gamma=2.2"}));
     EXPECT_EQ(CurveModel(curve, std::string(70, 'c')).title().size(), 63u);
     EXPECT_EQ(CurveModel(curve, "").title(), "Curve Tag");
 }
@@ -39,25 +33,26 @@ TEST(XyzModel, ChromaticityColourAndPlot) {
     EXPECT_EQ(XyzModel(0, 0, 0).lines(),
               (std::vector<std::string>{"X: 0.00000", "Y: 0.00000", "Z: 0.00000", "x: 0.333300",
                                         "y: 0.333300"}));
-    const XyzModel d50(0.9642, 1.0, 0.8249, "MediaWhitePoint Tag");
-    EXPECT_EQ(d50.lines()[3], "x: 0.345703");
-    EXPECT_EQ(d50.lines()[4], "y: 0.358539");
     // The raw colour of D50 is a little above 255 in every channel, so all three are scaled.
-    const icRgb8 white = d50.displayColor();
+    const icRgb8 white = XyzModel(0.9642, 1.0, 0.8249).displayColor();
     EXPECT_GE(white.r, 254);
     EXPECT_EQ(white.g, 254);
     EXPECT_EQ(white.b, 254);
     EXPECT_EQ(displayColor(0.1, 0.1, 0.1), (icRgb8{26, 24, 32}));
     EXPECT_EQ(displayColor(0, 0, 0.01), (icRgb8{0, 0, 3}));
 
-    const ChromaticityMapping mapping(300, 200);
-    EXPECT_DOUBLE_EQ(mapping.map({0.5, 0.25}).x, 170);
-    EXPECT_DOUBLE_EQ(mapping.map({0.5, 0.25}).y, 150);
-    const auto triangle = mapping.srgbTriangle();
+    const auto triangle = ChromaticityMapping(300, 200).srgbTriangle();
     EXPECT_DOUBLE_EQ(triangle[0].x, triangle[3].x);
     EXPECT_NEAR(srgbPrimaries()[0].x, 0.6484, 1e-4);
-    EXPECT_DOUBLE_EQ(kSpectralLocus[36].xy.x, kSpectralLocus[0].xy.x);
     EXPECT_EQ(XyzModel(1, 1, 1, std::string(64, 't')).title().size(), 63u);
+}
+
+// Each value and its second text, "value second; ...".
+std::string nodeTexts(const LutModel& model) {
+    std::string out;
+    for (const icNodeValueText& v : model.nodeValues())
+        out += (out.empty() ? "" : "; ") + v.value + " " + v.second;
+    return out;
 }
 
 TEST(LutModel, InfoPageAndNodeTexts) {
@@ -78,21 +73,15 @@ TEST(LutModel, InfoPageAndNodeTexts) {
     ASSERT_EQ(lab.scroll(1, icScrollRequest::lineForward), icOk);
     EXPECT_EQ(lab.nodeIndexText(1), "1");
     EXPECT_EQ(lab.scroll(2, icScrollRequest::lineForward), icErrInvalidArg);
-    const auto values = lab.nodeValues();
-    ASSERT_EQ(values.size(), 3u);
-    EXPECT_EQ(values[0].value, "255");
-    EXPECT_EQ(values[0].second, "(100x2.55)");
-    EXPECT_EQ(values[1].second, "(0+128)");
-    EXPECT_EQ(values[2].second, "(-121+128)");
+    EXPECT_EQ(nodeTexts(lab), "255 (100x2.55); 128 (0+128); 7 (-121+128)");
     EXPECT_EQ(LutModel(lut8, icSig("RGB ")).nodeValues()[0].second, "");
 
     iccLut16Type lut16;
     ASSERT_EQ(lut16.initialize(1, 4, 15, 2, 2), icOk);
     ASSERT_EQ(lut16.setClut(std::vector<std::uint16_t>(30, 65535)), icOk);
     LutModel rgb(lut16, icSig("RGB "));
-    EXPECT_EQ(rgb.lines()[2], "Input Entries: 4");
-    EXPECT_EQ(rgb.nodeValues()[0].value, "65535");
-    EXPECT_EQ(rgb.nodeValues()[0].second, "(255)");
+    EXPECT_EQ(rgb.lines()[0] + ", " + rgb.lines()[2], "LUT Type: 16-bit LUT, Input Entries: 4");
+    EXPECT_EQ(nodeTexts(rgb).substr(0, 19), "65535 (255); 65535 ");
     EXPECT_EQ(rgb.visibleOutputs(), 12u);
     EXPECT_EQ(rgb.clutPageWarning(), kLutTooManyChannels);
     EXPECT_EQ(LutModel(lut16, icSig("Lab ")).nodeValues()[0].second, "(100x2.55)");
@@ -102,10 +91,7 @@ TEST(LutModel, InfoPageAndNodeTexts) {
 TEST(MlutModel, PagesAndNodes) {
     iccLutAToBType tag;
     ASSERT_EQ(tag.setData(Bytes(mabTag())), icOk);
-    MlutModel model(tag);
-    EXPECT_EQ(model.lines().size(), 8u + 12);
-    EXPECT_EQ(model.lines()[6], "Mulitdimensional LUT: 44 / 0X2C");
-    EXPECT_EQ(model.lines()[19], "e12 N/A");
+    MlutModel model(tag); // its lines are in the command-line dump test
     EXPECT_EQ(model.precisionText(), "16-bit/channel");
     EXPECT_EQ(model.nodeValues(), std::vector<std::string>{"32768 (128)"});
     ASSERT_EQ(model.scroll(0, icScrollRequest::pageForward), icOk);
@@ -226,6 +212,108 @@ TEST(MlucModel, RecordsAndStepping) {
     model.scroll(icScrollRequest::pageBack);
     EXPECT_EQ(model.indexText(), "0");
     EXPECT_EQ(model.highestIndexText(), "2");
+}
+
+TEST(LargeText, LineEndsForTheEditBox) {
+    EXPECT_EQ(toEditBoxLineEnds("a\nb"), "a\r\nb");
+    EXPECT_EQ(toEditBoxLineEnds("\nb"), "\nb");
+    EXPECT_EQ(toEditBoxLineEnds("a\r"), "a\r");
+    EXPECT_EQ(toEditBoxLineEnds("a\rb\r\nc\n\n"), "a\r\nb\r\nc\r\n\r\n");
+    EXPECT_EQ(toEditBoxLineEnds(""), "");
+}
+
+void expectAt(icPlotPoint p, double x, double y) {
+    EXPECT_DOUBLE_EQ(p.x, x);
+    EXPECT_DOUBLE_EQ(p.y, y);
+}
+
+TEST(PlotMapping, CurvePlotAndDiagramShareOneMapping) {
+    // 52 pixels on the left, 30 below, 22 on the right and 14 above are the labels' room.
+    icCurvePlotData eightBit;
+    eightBit.valueScale = 255;
+    const icPlotMapping curve = curvePlotMapping(icPlotArea{10, 5, 474, 344}, eightBit);
+    expectAt(curve.map(0, 0), 62, 319);
+    expectAt(curve.map(1, 255), 462, 19);
+    EXPECT_DOUBLE_EQ(curve.map(0.5, 127.5).y, 169);
+    // A window too small for its margins still maps every value onto a pixel.
+    EXPECT_DOUBLE_EQ(curvePlotMapping(icPlotArea{0, 0, 20, 20}, icCurvePlotData{}).area().width, 1);
+
+    // A table's plot runs over its entries and leaves the legend strip on the right: the last of
+    // 256 entries at the strip's edge.
+    icCurvePlotData table = eightBit;
+    table.style = icCurvePlotStyle::table;
+    table.inputRange = 255;
+    const icPlotMapping entries = curvePlotMapping(icPlotArea{10, 5, 474, 344}, table);
+    expectAt(entries.map(0, 0), 62, 319);
+    expectAt(entries.map(255, 255), 484 - kTablePlotLegendStrip, 19);
+
+    // The diagram: a 400 x 400 square inside the label room and margins.
+    const ChromaticityMapping diagram = chromaticityDiagramMapping(icPlotArea{0, 0, 446, 430});
+    expectAt(diagram.map({0, 0}), 34, 410);
+    expectAt(diagram.map({1, 1}), 434, 10);
+    EXPECT_DOUBLE_EQ(diagram.locus()[29].x, diagram.map(kSpectralLocus[29].xy).x);
+}
+
+TEST(CurvePlotData, UnplottableCurvesKeepTheirLabels) {
+    std::vector<iccCurveElement> set(3);
+    ASSERT_EQ(set[0].buildParametric(0, 1, std::vector{2.0}), icOk);
+    ASSERT_EQ(set[1].create(icSig("para")), icOk);
+    set[1].parametric()->functionType = 7; // as decoded from a tag of an unknown type
+    ASSERT_EQ(set[2].buildCurve(std::vector{0.0, 65535.0}), icOk);
+    icCurvePlotData data;
+    ASSERT_EQ(buildCurvePlot(set, 5, data), icOk);
+    EXPECT_EQ(data.labels,
+              (std::vector<std::string>{"#0: gamma=2", "#1: Curve Type #7 not supported.\n",
+                                        "#2: 2 points"}));
+    ASSERT_EQ(data.curves.size(), 3u);
+    EXPECT_NEAR(data.curves[0][2], 65535 * 0.25, 0.5);
+    EXPECT_TRUE(data.curves[1].empty());
+    EXPECT_DOUBLE_EQ(data.curves[2][4], 65535);
+    EXPECT_EQ(buildCurvePlot(set, 1, data), icErrInvalidArg);
+    EXPECT_TRUE(data.labels.empty());
+
+    EXPECT_EQ(numberCurveLabels({"one"}), std::vector<std::string>{"one"}); // a single one is not
+}
+
+TEST(CurvePlotData, TableAxesAndShifts) {
+    // Every grid line is labelled with the integer part of its value, never rounded up.
+    std::vector<std::string> eightBit, sixteenBit, twoEntries;
+    for (int i = 0; i <= kCurvePlotDivisions; ++i) {
+        eightBit.push_back(tableAxisLabel(i, 255));
+        sixteenBit.push_back(tableAxisLabel(i, 65535));
+        twoEntries.push_back(tableAxisLabel(i, 1));
+    }
+    EXPECT_EQ(eightBit, (std::vector<std::string>{"0", "25", "51", "76", "102", "127", "153", "178",
+                                                  "204", "229", "255"}));
+    EXPECT_EQ(sixteenBit[3] + " " + sixteenBit[5] + " " + sixteenBit[10], "19660 32767 65535");
+    EXPECT_EQ(twoEntries,
+              (std::vector<std::string>{"0", "0", "0", "0", "0", "0", "0", "0", "0", "0", "1"}));
+
+    // Equal tables of neighbouring channels never share a column: RGB -1, 0, 2; CMYK's equal
+    // C, M and Y -2, -1, 1.
+    const auto shifts = [](std::size_t count) {
+        std::vector<int> out;
+        for (std::size_t c = 0; c < count; ++c)
+            out.push_back(tableCurveShift(c, count));
+        return out;
+    };
+    EXPECT_EQ(shifts(1), std::vector<int>{0});
+    EXPECT_EQ(shifts(2), (std::vector<int>{-1, 0}));
+    EXPECT_EQ(shifts(3), (std::vector<int>{-1, 0, 2}));
+    EXPECT_EQ(shifts(4), (std::vector<int>{-2, -1, 1, 1}));
+    EXPECT_EQ(shifts(7), (std::vector<int>{-3, -2, 0, 0, 1, 3, 3}));
+}
+
+TEST(XyzModel, BoxesReadTheirLeadingNumber) {
+    EXPECT_DOUBLE_EQ(XyzModel::parseValueText(" 0.96420"), 0.9642);
+    EXPECT_DOUBLE_EQ(XyzModel::parseValueText("+1.5e1x"), 15);
+    EXPECT_DOUBLE_EQ(XyzModel::parseValueText("-0,25"), -0.25);
+    for (const char* zero : {"", "abc", "-", ".", "1e999", "nan"})
+        EXPECT_EQ(XyzModel::parseValueText(zero), 0) << zero;
+    XyzModel model(1, 1, 1);
+    model.setXYZ("0.5", "x", "0.5");
+    EXPECT_EQ(model.lines()[3], "x: 0.500000");
+    EXPECT_EQ(model.lines()[4], "y: 0.000000");
 }
 
 } // namespace

@@ -1,0 +1,93 @@
+// The header panel's and tag table's texts, the shared data folder and the file-based folder
+// record. (The command-line tests compare the panel with Little CMS on every installed profile,
+// and show the header and offset warnings and the hexadecimal cells.)
+#include "document/header_model.h"
+#include "document/settings_model.h"
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Every box as "kind|caption|text", kind 0 info, 1 warning, 2 stop.
+class Recorder : public Presenter {
+public:
+    void messageBox(icBoxKind kind, std::string_view caption, std::string_view text) override {
+        boxes.push_back(std::to_string(static_cast<int>(kind)) + "|" + std::string(caption) + "|" +
+                        std::string(text));
+    }
+    std::vector<std::string> boxes;
+};
+
+TEST(HeaderModel, FieldTexts) {
+    icHeader h = defaultHeader();
+    h.size = 3144;
+    h.deviceClass = icSig("nmcl");
+    h.colorSpace = icSig("RGB ");
+    h.date = {2009, 2, 1, 7, 5, 0};
+    h.flags = 3;
+    h.model = icSig("ab\0\0");
+    h.attributes[0] = 15;
+    h.renderingIntent = 4;
+    std::string panel;
+    for (const HeaderField& field : headerFieldTexts(h))
+        panel += std::string(field.label) + " " + field.text + "|";
+    EXPECT_EQ(panel, "Size: 3144 bytes|CMM Type: Lino|Version: 0x2400000|Device Class: Unknown|"
+                     "Color Space: RGB |PCS: Lab |Date: 2009/2/1, 7:5:0|Magic: acsp|"
+                     "Platform: MSFT|Flags: embedded, not independently|Manufacture: |"
+                     "Model: 0x61620000 / ab|Attribute: transparency, matte, negative black & "
+                     "white|Intent: Unknown|Illuminant: X=0.96420, Y=1.00000, Z=0.82491\n|"
+                     "Creator: Tint|Profile ID: 00000000-00000000-00000000-00000000|");
+    EXPECT_EQ(deviceClassText(icSig("spac")), "colorspace");
+    // Rounded to five decimals before printing: 0.964199... shows as 0.96420.
+    EXPECT_EQ(illuminantText({63190, -1, 0}), "X=0.96420, Y=-0.00001, Z=0.00000\n");
+
+    Recorder recorder;
+    HeaderFields fields{};
+    h.magic = 0;
+    EXPECT_EQ(fillHeaderPanel(h, recorder, fields), icErrBadProfile);
+    EXPECT_EQ(recorder.boxes,
+              std::vector<std::string>{"2|Veltrino|Error in icc header. Errcode: -1001.\n"});
+}
+
+TEST(HeaderModel, TagTableInDecimal) {
+    iccProfileRW profile;
+    ASSERT_EQ(profile.loadFromMemory(ProfileBuilder()
+                                         .tag(icSig("desc"), textTag("0123456"))
+                                         .entry(icSig("wtpt"), 130, 20)
+                                         .build()),
+              icOk);
+    const auto rows = tagTableRows(profile, false);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].offset + " " + rows[0].size, "156 16");
+    EXPECT_EQ(rows[1].index + " " + rows[1].signature + " " + rows[1].offset, "1 wtpt 130");
+}
+
+TEST(DataFolder, CutToTwoHundredSixtyCharactersNeverInsideOne) {
+    EXPECT_EQ(cutToCharacters("abc", 2), "ab");
+    EXPECT_EQ(cutToCharacters("\xC3\xA9\xC3\xA9x", 2), "\xC3\xA9\xC3\xA9");
+    EXPECT_EQ(cutToCharacters("", 2), "");
+    DataFolder::set(std::string(300, 'd'));
+    EXPECT_EQ(DataFolder::get(), std::string(260, 'd'));
+    DataFolder::set("/tmp/luts");
+    EXPECT_EQ(DataFolder::get(), "/tmp/luts");
+}
+
+TEST(FolderRecord, RoundTripFallbackAndWriteFailure) {
+    const std::string path = (scratchDir() / "veltrino.ini").string();
+    Recorder recorder;
+    EXPECT_EQ(readFolderRecord(path + ".missing", "/usr/share/color/icc"), "/usr/share/color/icc");
+    ASSERT_EQ(writeFolderRecord(path, "/home/me/luts", recorder), icOk);
+    EXPECT_EQ(readBytes(path).size(), kFolderRecordSize);
+    EXPECT_EQ(readFolderRecord(path, "fallback"), "/home/me/luts");
+    writeBytes(path, Bytes(100, 'x')); // too short to be a record
+    EXPECT_EQ(readFolderRecord(path, "fallback"), "fallback");
+
+    const std::string blocked = (scratchDir() / "no-such-folder" / "veltrino.ini").string();
+    EXPECT_EQ(writeFolderRecord(blocked, "x", recorder), icErrGeneral);
+    EXPECT_EQ(recorder.boxes,
+              std::vector<std::string>{"2|Veltrino|Fail to open " + blocked +
+                                       ". This file should not be write protected."});
+}
+
+} // namespace
