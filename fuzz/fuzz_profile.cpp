@@ -1,9 +1,10 @@
-// One input of the profile fuzzer: load arbitrary bytes as a profile, and on success walk
-// everything the desktop program does right after opening it (header panel, tag table in both
-// modes), decode every tag of a type we know, rebuild it, and save the whole profile again.
+// One input of the profile fuzzer: check arbitrary bytes as a profile, load them, and on success
+// walk everything the desktop program does right after opening it (header panel, tag table in
+// both modes), decode every tag of a type we know, rebuild it, and save the whole profile again.
 // libFuzzer calls it directly; fuzz/replay_main.cpp runs it over files so the sanitizer build of
 // the tests replays real and hostile profiles through exactly the same code.
 #include "catalogue/catalogue.h"
+#include "check/check_report.h"
 #include "document/header_model.h"
 #include "profile/profile.h"
 #include "tagtypes/curve_type.h"
@@ -133,9 +134,18 @@ void checkReloads(const std::vector<std::uint8_t>& saved) {
     }
 }
 
+// The check and both its reports, on every input: it speaks about files the loader refuses too.
+void checkAndReport(std::span<const std::uint8_t> bytes) {
+    const std::vector<icCheckedFile> files{{"input", checkProfile(bytes)}};
+    volatile std::size_t sink =
+        reportsJson(files).size() + reportText(files[0].first, files[0].second).size();
+    (void)sink;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    checkAndReport(std::span<const std::uint8_t>(data, size));
     iccProfileRW profile;
     if (profile.loadFromMemory(std::span<const std::uint8_t>(data, size)) != icOk)
         return 0;

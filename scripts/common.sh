@@ -9,6 +9,7 @@ veltrino_jobs=${VELTRINO_JOBS:-2}
 veltrino_packages=(
     build-essential g++ cmake pkg-config ccache clang libclang-rt-14-dev
     libgtest-dev libgmock-dev libbenchmark-dev libssl-dev liblcms2-dev libcli11-dev
+    nlohmann-json3-dev
     qt6-base-dev
     icc-profiles-free colord-data libgs-common argyll
 )

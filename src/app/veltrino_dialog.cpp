@@ -1,5 +1,6 @@
 #include "app/veltrino_dialog.h"
 
+#include "app/check_dialog.h"
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"
 #include "catalogue/catalogue.h"
@@ -148,8 +149,12 @@ void CVeltrinoDlg::buildLayout() {
     fields->setVerticalSpacing(3);
     modifyButton_ = new QPushButton(tr("Modify..."), headerGroup_);
     modifyButton_->setObjectName(QStringLiteral("modifyButton"));
+    checkButton_ = new QPushButton(tr("Check..."), headerGroup_);
+    checkButton_->setObjectName(QStringLiteral("checkButton"));
+    checkButton_->setEnabled(false);
     auto* modifyRow = new QHBoxLayout;
     modifyRow->addStretch();
+    modifyRow->addWidget(checkButton_);
     modifyRow->addWidget(modifyButton_);
     auto* headerLayout = new QVBoxLayout(headerGroup_);
     headerLayout->addLayout(fields);
@@ -217,6 +222,7 @@ void CVeltrinoDlg::buildLayout() {
     connect(browseButton_, &QPushButton::clicked, this, &CVeltrinoDlg::browse);
     connect(saveAsButton_, &QPushButton::clicked, this, &CVeltrinoDlg::saveAs);
     connect(modifyButton_, &QPushButton::clicked, this, &CVeltrinoDlg::modifyHeader);
+    connect(checkButton_, &QPushButton::clicked, this, &CVeltrinoDlg::checkProfile);
     connect(decimalButton_, &QRadioButton::clicked, this, &CVeltrinoDlg::rewriteNumberColumns);
     connect(hexadecimalButton_, &QRadioButton::clicked, this, &CVeltrinoDlg::rewriteNumberColumns);
     connect(tagList_, &QTreeWidget::itemDoubleClicked, this, &CVeltrinoDlg::openSelectedTag);
@@ -228,6 +234,8 @@ void CVeltrinoDlg::buildLayout() {
             browseButton_, &QPushButton::click);
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), this),
             &QShortcut::activated, saveAsButton_, &QPushButton::click);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_K), this), &QShortcut::activated,
+            checkButton_, &QPushButton::click);
 
     resize(sizeHint().expandedTo(QSize(880, 0)));
 }
@@ -261,6 +269,7 @@ void CVeltrinoDlg::showProfile() {
     setWindowTitle(tr("%1 - Veltrino").arg(QFileInfo(localPath(document_.path())).fileName()));
     showHeaderFields();
     showTagTable();
+    checkButton_->setEnabled(true);
 }
 
 void CVeltrinoDlg::showHeaderFields() {
@@ -326,6 +335,24 @@ void CVeltrinoDlg::modifyHeader() {
         header.profileID.fill(0);
     if (document_.refreshHeader() == icOk)
         showHeaderFields();
+}
+
+void CVeltrinoDlg::checkProfile() {
+    if (!document_.isOpen())
+        return;
+    // The file as it is on disk; the ID a save here hashed lets the check confirm Veltrino's
+    // rule for the file that save wrote.
+    icCheckOptions options;
+    if (const auto& id = document_.savedOverId())
+        options.previousIds.push_back(*id);
+    CCheckDlg dialog(document_.path(), checkProfileFile(document_.path(), options), this);
+    connect(&dialog, &CCheckDlg::tagChosen, this, [this](int index) {
+        if (QTreeWidgetItem* row = tagList_->topLevelItem(index)) {
+            tagList_->setCurrentItem(row);
+            tagList_->scrollToItem(row);
+        }
+    });
+    dialog.exec();
 }
 
 void CVeltrinoDlg::openSelectedTag() {

@@ -1,5 +1,6 @@
 // veltrino-cli: the library of the desktop program, without a display.
 #include "catalogue/catalogue.h"
+#include "cli/check_command.h"
 #include "cli/cli_session.h"
 #include "cli/exchange_commands.h"
 
@@ -108,6 +109,18 @@ int main(int argc, char** argv) {
     importCommand->add_option("PATH", exchangePath, "Folder or curve text file")->required();
     importCommand->add_option("OUTPUT", outputPath, "Path of the profile to write")->required();
 
+    CheckCommandOptions checkOptions;
+    CLI::App* check =
+        app.add_subcommand("check", "Say whether profiles are sound, and where and why not");
+    check->add_flag("--json", checkOptions.json, "Write one JSON document");
+    check->add_flag("--strict", checkOptions.strict, "Exit 1 for warnings as well as errors");
+    check
+        ->add_option("--previous-id", checkOptions.previousIds,
+                     "A Profile ID the profile had before Veltrino saved it")
+        ->allow_extra_args(false);
+    check->add_option("PATH", checkOptions.paths, "Profiles, or folders holding .icc/.icm files")
+        ->required();
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& e) {
@@ -125,6 +138,8 @@ int main(int argc, char** argv) {
         return runDump(profilePath, hexadecimal);
     if (exportCommand->parsed())
         return runExportCommand(profilePath, tagText, exchangePath);
+    if (check->parsed())
+        return runCheckCommand(checkOptions);
     if (importCommand->parsed())
         return runImportCommand(profilePath, tagText, exchangePath, outputPath);
     return runSave(profilePath, outputPath);

@@ -17,14 +17,19 @@ bool iccDocument::open(const std::string& path) {
     warnAboutTagOffsets(*loaded, presenter_);
     profile_ = std::move(loaded);
     path_ = path;
+    savedOverId_.reset();
     fields_ = std::move(fields);
     return true;
 }
 
 icStatus iccDocument::saveAs(const std::string& path) {
+    const icDigest hashed = profile_->header().profileID;
     if (icStatus s = saveProfileToFile(*profile_, path); s != icOk)
         return reportError(presenter_, s, kCaption, "Error in writing a new profile.");
-    return open(path) ? icOk : icErrFile;
+    if (!open(path))
+        return icErrFile;
+    savedOverId_ = hashed;
+    return icOk;
 }
 
 icStatus iccDocument::refreshHeader() {

@@ -4,8 +4,10 @@
 #include "document/header_model.h"
 #include "document/presenter.h"
 #include "profile/profile.h"
+#include "profile/profile_id.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,10 @@ public:
     [[nodiscard]] icStatus saveAs(const std::string& path);
 
     bool isOpen() const { return !path_.empty(); }
+    // After "Save As...", the Profile ID the profile held when it was saved: a version 4 save
+    // hashes it along with the profile, so it is what confirms the written ID. None after
+    // "&Browse...".
+    const std::optional<icDigest>& savedOverId() const { return savedOverId_; }
     const std::string& path() const { return path_; }
     iccProfileRW& profile() { return *profile_; }
     const iccProfileRW& profile() const { return *profile_; }
@@ -37,4 +43,5 @@ private:
     std::unique_ptr<iccProfileRW> profile_;
     std::string path_;
     HeaderFields fields_{};
+    std::optional<icDigest> savedOverId_;
 };
