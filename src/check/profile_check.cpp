@@ -420,9 +420,11 @@ void readDirectory(CheckContext& c) {
     }
 }
 
-void loadAsTheWindowDoes(CheckContext& c) {
+// Opens the profile as the window does: from the file when there is one, which spares a copy
+// of the whole profile in memory.
+void loadAsTheWindowDoes(CheckContext& c, const std::string* path) {
     c.profile = std::make_unique<iccProfileRW>();
-    const icStatus s = c.profile->loadFromMemory(c.bytes);
+    const icStatus s = path ? c.profile->loadFromFile(*path) : c.profile->loadFromMemory(c.bytes);
     if (s == icOk)
         return;
     c.profile.reset();
@@ -432,16 +434,21 @@ void loadAsTheWindowDoes(CheckContext& c) {
               "); its tags are checked from the file's bytes alone.");
 }
 
-} // namespace
+icFinding aboutTheFile(std::string_view code, std::string message) {
+    return {icSeverity::error, std::string(code), std::nullopt, -1, {}, std::move(message)};
+}
 
-icCheckReport checkProfile(std::span<const std::uint8_t> bytes, const icCheckOptions& options) {
+// The check of `bytes`, read from `path` when it is given.
+icCheckReport check(std::span<const std::uint8_t> bytes, const icCheckOptions& options,
+                    const std::string* path) {
     icCheckReport report;
     try {
         CheckContext c(bytes, report);
         if (bytes.size() < kHeaderSize) {
-            c.add(icSeverity::error, "too-short", 0,
-                  "The file holds " + num(bytes.size()) +
-                      " bytes, fewer than the 128 of a profile header: it is no profile.");
+            report.findings.push_back(
+                aboutTheFile("too-short", "The file holds " + num(bytes.size()) +
+                                              " bytes, fewer than the 128 of a profile header: "
+                                              "it is no profile."));
             return report;
         }
         c.header = headerFromBytes(bytes);
@@ -449,18 +456,13 @@ icCheckReport checkProfile(std::span<const std::uint8_t> bytes, const icCheckOpt
         checkProfileId(c, options);
         readDirectory(c);
         checkLayout(c);
-        loadAsTheWindowDoes(c);
+        loadAsTheWindowDoes(c, path);
         checkContent(c);
         c.addUnlisted();
     } catch (const std::bad_alloc&) {
         try {
-            report.findings.push_back(
-                {icSeverity::error,
-                 "out-of-memory",
-                 std::nullopt,
-                 -1,
-                 {},
-                 "The check ran out of memory; what it found so far is listed."});
+            report.findings.push_back(aboutTheFile(
+                "out-of-memory", "The check ran out of memory; what it found so far is listed."));
         } catch (const std::bad_alloc&) {
             // Nothing more can be said; the findings so far stand.
         }
@@ -468,17 +470,23 @@ icCheckReport checkProfile(std::span<const std::uint8_t> bytes, const icCheckOpt
     return report;
 }
 
+} // namespace
+
+icCheckReport checkProfile(std::span<const std::uint8_t> bytes, const icCheckOptions& options) {
+    return check(bytes, options, nullptr);
+}
+
 icCheckReport checkProfileFile(const std::string& path, const icCheckOptions& options) {
     std::vector<std::uint8_t> bytes;
     if (readWholeFile(path, bytes) != icOk) {
         icCheckReport report;
-        report.findings.push_back({icSeverity::error,
-                                   "unreadable",
-                                   std::nullopt,
-                                   -1,
-                                   {},
-                                   "The file cannot be opened or read."});
+        try {
+            report.findings.push_back(
+                aboutTheFile("unreadable", "The file cannot be opened or read."));
+        } catch (const std::bad_alloc&) {
+            // An empty report: nothing could be read, nothing can be said.
+        }
         return report;
     }
-    return checkProfile(bytes, options);
+    return check(bytes, options, &path);
 }
