@@ -37,15 +37,8 @@ std::string findingLine(const icFinding& finding) {
 }
 
 std::string_view verdictName(icVerdict verdict) {
-    switch (verdict) {
-    case icVerdict::valid:
-        return "valid";
-    case icVerdict::warnings:
-        return "warnings";
-    case icVerdict::errors:
-        break;
-    }
-    return "errors";
+    constexpr std::string_view kNames[] = {"valid", "warnings", "errors"};
+    return kNames[static_cast<int>(verdict)];
 }
 
 namespace {

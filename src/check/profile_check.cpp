@@ -378,15 +378,8 @@ void checkProfileId(CheckContext& c, const icCheckOptions& options) {
 // ---- the report -----------------------------------------------------------------------------
 
 std::string_view severityName(icSeverity severity) {
-    switch (severity) {
-    case icSeverity::error:
-        return "error";
-    case icSeverity::warning:
-        return "warning";
-    case icSeverity::info:
-        break;
-    }
-    return "info";
+    constexpr std::string_view kNames[] = {"error", "warning", "info"};
+    return kNames[static_cast<int>(severity)];
 }
 
 std::size_t icCheckReport::count(icSeverity severity) const {
@@ -459,11 +452,12 @@ icCheckReport check(std::span<const std::uint8_t> bytes, const icCheckOptions& o
         loadAsTheWindowDoes(c, path);
         checkContent(c);
         c.addUnlisted();
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
+        // Only memory can run out here; whatever it was, the check ends with what it found.
         try {
             report.findings.push_back(aboutTheFile(
                 "out-of-memory", "The check ran out of memory; what it found so far is listed."));
-        } catch (const std::bad_alloc&) {
+        } catch (const std::exception&) {
             // Nothing more can be said; the findings so far stand.
         }
     }
@@ -483,7 +477,7 @@ icCheckReport checkProfileFile(const std::string& path, const icCheckOptions& op
         try {
             report.findings.push_back(
                 aboutTheFile("unreadable", "The file cannot be opened or read."));
-        } catch (const std::bad_alloc&) {
+        } catch (const std::exception&) {
             // An empty report: nothing could be read, nothing can be said.
         }
         return report;

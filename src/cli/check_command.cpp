@@ -3,7 +3,12 @@
 #include "check/check_report.h"
 #include "cli/cli_session.h"
 
+#ifdef _WIN32
+#include <io.h>
+#define isatty _isatty
+#else
 #include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <cctype>
