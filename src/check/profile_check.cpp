@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <new>
 
@@ -47,10 +46,8 @@ void checkVersion(CheckContext& c) {
                   (c.isVersion4() ? "4." : "2."));
     } else if (minor > 4) {
         c.add(icSeverity::warning, "version", 9,
-              "Version " + shown +
-                  " names a minor version the ICC has not published (the last "
-                  "is " +
-                  num(major) + ".4): readers treat it as the latest they know.");
+              "Version " + shown + " names a minor version the ICC has not published (the " +
+                  "last is " + num(major) + ".4): readers treat it as the latest they know.");
     }
     if ((version & 0xFFFF) != 0)
         c.add(icSeverity::warning, "version-reserved", 10,
