@@ -43,6 +43,8 @@ private slots:
             if (!dialog)
                 return;
             poll.stop();
+            severities.clear();
+            tags.clear();
             auto* list = dialog->findChild<QTreeWidget*>(QStringLiteral("findingList"));
             for (int i = 0; i < list->topLevelItemCount(); ++i) {
                 severities << list->topLevelItem(i)->text(0);
@@ -50,7 +52,8 @@ private slots:
             }
             dialog->findChild<QPushButton*>(QStringLiteral("copyButton"))->click();
             copied = QApplication::clipboard()->text();
-            emit list->itemDoubleClicked(list->topLevelItem(tags.indexOf("priv")), 3);
+            if (tags.contains("priv"))
+                emit list->itemDoubleClicked(list->topLevelItem(tags.indexOf("priv")), 3);
             dialog->accept();
         });
         poll.start();
@@ -63,6 +66,15 @@ private slots:
         QCOMPARE(copied, QString::fromStdString(reportText(path, report)));
         auto* tagList = window.findChild<QTreeWidget*>(QStringLiteral("tagList"));
         QCOMPARE(tagList->indexOfTopLevelItem(tagList->currentItem()), 1);
+
+        // Saved here from a profile with an ID, the window knows the ID that save hashed.
+        const std::string saved = (scratchDir() / "check-window-saved.icc").string();
+        QVERIFY(window.openProfile("/usr/share/color/icc/colord/sRGB.icc"));
+        prompts.answers = {saved};
+        window.saveAs();
+        poll.start();
+        window.checkProfile();
+        QVERIFY(copied.contains("warning 84 - id-veltrino: "));
     }
 };
 
