@@ -1,11 +1,14 @@
 // Loading a large profile and decoding every lookup table in it, beside two baselines measured
 // in the same run: one fread of the file, and Little CMS opening it and decoding every tag with
-// cmsReadTag. The ratios printed at the end are what to watch.
+// cmsReadTag. Then checking the same profile (veltrino-cli check) against that decoded load, once
+// with its Profile ID (whose MD5 the check must compute) and once with the ID cleared. The ratios
+// printed at the end are what to watch.
 //
 // The tables are written by Little CMS (lut16, lutAToB and lutBToA encodings of pipelines with
 // curves and an 81-point CLUT), about 30 MB in all, so both readers work on tables that another
 // CMM encoded; our own writer lays them out into one profile.
 #include "bench_support.h"
+#include "check/check_report.h"
 #include "profile/profile.h"
 #include "tagtypes/profile_save.h"
 #include "tagtypes/tag_factory.h"
@@ -14,9 +17,13 @@
 #include <lcms2.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -157,6 +164,31 @@ void decodeLcms(benchmark::State& state, const std::string& path) {
     state.SetBytesProcessed(state.iterations() * std::int64_t(fs::file_size(path)));
 }
 
+// The whole check, as veltrino-cli check runs it on one file.
+void checkVeltrino(benchmark::State& state, const std::string& path) {
+    for (auto _ : state) {
+        const icCheckReport report = checkProfileFile(path);
+        if (report.verdict() == icVerdict::errors) {
+            std::fputs(reportText(path, report).c_str(), stderr);
+            state.SkipWithError("the check found an error in the benchmark profile");
+            break;
+        }
+        benchmark::DoNotOptimize(report.findings.data());
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t(fs::file_size(path)));
+}
+
+// The same profile with its Profile ID cleared: a check with no MD5 to compute.
+bool writeWithoutId(const std::string& path, const std::string& copy) {
+    std::ifstream in(path, std::ios::binary);
+    std::vector<char> bytes(std::istreambuf_iterator<char>(in), {});
+    if (bytes.size() < 100)
+        return false;
+    std::fill_n(bytes.begin() + 84, 16, 0);
+    std::ofstream out(copy, std::ios::binary);
+    return bool(out.write(bytes.data(), static_cast<std::streamsize>(bytes.size())));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -172,14 +204,22 @@ int main(int argc, char** argv) {
         fs::remove_all(dir);
         return 1;
     }
+    const std::string withoutId = (dir / "tables-without-id.icc").string();
+    if (!writeWithoutId(path, withoutId)) {
+        std::fprintf(stderr, "could not write %s\n", withoutId.c_str());
+        fs::remove_all(dir);
+        return 1;
+    }
     using Benchmark = void (*)(benchmark::State&, const std::string&);
-    const std::pair<const char*, Benchmark> benchmarks[] = {
-        {"decode/veltrino", decodeVeltrino},
-        {"decode/fread", decodeFread},
-        {"decode/lcms", decodeLcms},
+    const std::tuple<const char*, Benchmark, const std::string&> benchmarks[] = {
+        {"decode/veltrino", decodeVeltrino, path},
+        {"decode/fread", decodeFread, path},
+        {"decode/lcms", decodeLcms, path},
+        {"check/veltrino", checkVeltrino, path},
+        {"check/without-id", checkVeltrino, withoutId},
     };
-    for (const auto& [name, fn] : benchmarks)
-        benchmark::RegisterBenchmark(name, fn, path)->Unit(benchmark::kMillisecond);
+    for (const auto& [name, fn, file] : benchmarks)
+        benchmark::RegisterBenchmark(name, fn, file)->Unit(benchmark::kMillisecond);
     BestTimes reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
@@ -188,6 +228,11 @@ int main(int argc, char** argv) {
                 fs::file_size(path) / 1048576.0);
     reporter.printRatio("decode/veltrino / decode/fread", "decode/veltrino", "decode/fread");
     reporter.printRatio("decode/veltrino / decode/lcms", "decode/veltrino", "decode/lcms");
+    reporter.printRatio("check/veltrino / decode/veltrino", "check/veltrino", "decode/veltrino");
+    reporter.printRatio("check/without-id / decode/veltrino", "check/without-id",
+                        "decode/veltrino");
+    // What the MD5 of the Profile ID adds to the check.
+    reporter.printRatio("check/veltrino / check/without-id", "check/veltrino", "check/without-id");
     fs::remove_all(dir);
     return 0;
 }

@@ -1,12 +1,13 @@
-// One input of the profile fuzzer: load arbitrary bytes as a profile, and on success walk
-// everything the desktop program does right after opening it (header panel, tag table in both
-// modes), decode every tag of a type we know, rebuild it, and save the whole profile again.
+// One input of the profile fuzzer: check arbitrary bytes as a profile, load them, and on success
+// walk everything the desktop program does right after opening it (header panel, tag table in
+// both modes), decode every tag of a type we know, rebuild it, and save the whole profile again.
 // libFuzzer calls it directly; fuzz/replay_main.cpp runs it over files so the sanitizer build of
 // the tests replays real and hostile profiles through exactly the same code.
 // Built with VELTRINO_FUZZ_IMAGES, the input is an image instead: the image reader takes it from
 // memory, and the profile it finds, if any, goes the same way.
 #include "catalogue/catalogue.h"
 #include "diff/profile_diff.h"
+#include "check/check_report.h"
 #include "document/header_model.h"
 #ifdef VELTRINO_FUZZ_IMAGES
 #include "image/embedded_profile.h"
@@ -160,6 +161,14 @@ void checkReloads(const std::vector<std::uint8_t>& saved) {
     }
 }
 
+// The check and both its reports, on every input: it speaks about files the loader refuses too.
+void checkAndReport(std::span<const std::uint8_t> bytes) {
+    const std::vector<icCheckedFile> files{{"input", checkProfile(bytes)}};
+    volatile std::size_t sink =
+        reportsJson(files).size() + reportText(files[0].first, files[0].second).size();
+    (void)sink;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -171,6 +180,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     input = image.bytes;
 #endif
+    checkAndReport(input);
     iccProfileRW profile;
     if (profile.loadFromMemory(input) != icOk)
         return 0;

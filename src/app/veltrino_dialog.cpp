@@ -2,6 +2,7 @@
 
 #include "app/compare_dialog.h"
 #include "app/changes_model.h"
+#include "app/check_dialog.h"
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"
 #include "catalogue/catalogue.h"
@@ -160,8 +161,12 @@ void CVeltrinoDlg::buildLayout() {
     fields->setColumnStretch(1, 1);
     modifyButton_ = new QPushButton(tr("Modify..."), headerGroup_);
     modifyButton_->setObjectName(QStringLiteral("modifyButton"));
+    checkButton_ = new QPushButton(tr("Check..."), headerGroup_);
+    checkButton_->setObjectName(QStringLiteral("checkButton"));
+    checkButton_->setEnabled(false);
     auto* modifyRow = new QHBoxLayout;
     modifyRow->addStretch();
+    modifyRow->addWidget(checkButton_);
     modifyRow->addWidget(modifyButton_);
     auto* headerLayout = new QVBoxLayout(headerGroup_);
     headerLayout->addLayout(fields);
@@ -229,6 +234,7 @@ void CVeltrinoDlg::buildLayout() {
     connect(browseButton_, &QPushButton::clicked, this, &CVeltrinoDlg::browse);
     connect(saveAsButton_, &QPushButton::clicked, this, &CVeltrinoDlg::saveAs);
     connect(modifyButton_, &QPushButton::clicked, this, &CVeltrinoDlg::modifyHeader);
+    connect(checkButton_, &QPushButton::clicked, this, &CVeltrinoDlg::checkProfile);
     connect(decimalButton_, &QRadioButton::clicked, this, &CVeltrinoDlg::rewriteNumberColumns);
     connect(hexadecimalButton_, &QRadioButton::clicked, this, &CVeltrinoDlg::rewriteNumberColumns);
     connect(tagList_, &QTreeWidget::itemDoubleClicked, this, &CVeltrinoDlg::openSelectedTag);
@@ -243,6 +249,8 @@ void CVeltrinoDlg::buildLayout() {
     connect(compareButton_, &QPushButton::clicked, this, &CVeltrinoDlg::compareWith);
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_D), this), &QShortcut::activated,
             compareButton_, &QPushButton::click);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_K), this), &QShortcut::activated,
+            checkButton_, &QPushButton::click);
 
     resize(sizeHint().expandedTo(QSize(880, 0)));
 }
@@ -287,6 +295,7 @@ void CVeltrinoDlg::showProfile() {
     showHeaderFields();
     showTagTable();
     compareButton_->setEnabled(true);
+    checkButton_->setEnabled(true);
 }
 
 void CVeltrinoDlg::showHeaderFields() {
@@ -360,6 +369,24 @@ void CVeltrinoDlg::modifyHeader() {
     noteChanges(before);
     if (document_.refreshHeader() == icOk)
         showHeaderFields();
+}
+
+void CVeltrinoDlg::checkProfile() {
+    if (!document_.isOpen())
+        return;
+    // The file as it is on disk; the ID a save here hashed lets the check confirm Veltrino's
+    // rule for the file that save wrote.
+    icCheckOptions options;
+    if (const auto& id = document_.savedOverId())
+        options.previousIds.push_back(*id);
+    CCheckDlg dialog(document_.path(), checkProfileFile(document_.path(), options), this);
+    connect(&dialog, &CCheckDlg::tagChosen, this, [this](int index) {
+        if (QTreeWidgetItem* row = tagList_->topLevelItem(index)) {
+            tagList_->setCurrentItem(row);
+            tagList_->scrollToItem(row);
+        }
+    });
+    dialog.exec();
 }
 
 void CVeltrinoDlg::openSelectedTag() {

@@ -37,6 +37,8 @@ public:
     void browse();
     void saveAs();
     void modifyHeader();
+    // Checks the open profile's file and lists the findings in the Check window.
+    void checkProfile();
     void openSelectedTag();
     void showAbout();
     // "Compare with...": the open profile against another one, in the comparison window.
@@ -84,6 +86,7 @@ private:
     QGroupBox* headerGroup_;
     std::array<QLineEdit*, kHeaderFieldCount> headerFields_{};
     QPushButton* modifyButton_;
+    QPushButton* checkButton_;
     QGroupBox* tagGroup_;
     QTreeWidget* tagList_;
     QRadioButton* decimalButton_;

@@ -1,5 +1,6 @@
 // veltrino-cli: the library of the desktop program, without a display.
 #include "catalogue/catalogue.h"
+#include "cli/check_command.h"
 #include "cli/cli_session.h"
 #include "cli/diff_command.h"
 #include "cli/exchange_commands.h"
@@ -130,6 +131,17 @@ int main(int argc, char** argv) {
         ->option_text("T");
     diff->add_option("A", profilePath, "ICC profile (.icc, .icm)")->required();
     diff->add_option("B", otherPath, "ICC profile to compare it with")->required();
+    CheckCommandOptions checkOptions;
+    CLI::App* check =
+        app.add_subcommand("check", "Say whether profiles are sound, and where and why not");
+    check->add_flag("--json", checkOptions.json, "Write one JSON document");
+    check->add_flag("--strict", checkOptions.strict, "Exit 1 for warnings as well as errors");
+    check
+        ->add_option("--previous-id", checkOptions.previousIds,
+                     "A Profile ID the profile had before Veltrino saved it")
+        ->allow_extra_args(false);
+    check->add_option("PATH", checkOptions.paths, "Profiles, or folders holding .icc/.icm files")
+        ->required();
 
     try {
         app.parse(argc, argv);
@@ -150,6 +162,8 @@ int main(int argc, char** argv) {
         return runExportCommand(profilePath, tagText, exchangePath);
     if (diff->parsed())
         return runDiffCommand(profilePath, otherPath, json, tolerance);
+    if (check->parsed())
+        return runCheckCommand(checkOptions);
     if (importCommand->parsed())
         return runImportCommand(profilePath, tagText, exchangePath, outputPath);
     if (extract->parsed())

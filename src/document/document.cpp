@@ -30,6 +30,7 @@ bool iccDocument::open(const std::string& path) {
     profile_ = std::move(loaded);
     path_ = path;
     embedded_ = std::move(image.bytes);
+    savedOverId_.reset();
     fields_ = std::move(fields);
     return true;
 }
@@ -38,6 +39,7 @@ icStatus iccDocument::saveAs(const std::string& path, bool explain) {
     std::error_code ec;
     if (isEmbedded() && std::filesystem::equivalent(path, path_, ec))
         return reportError(presenter_, icErrFile, kCaption, "Error in writing a new profile.");
+    const icDigest hashed = profile_->header().profileID;
     errno = 0;
     if (icStatus s = saveProfileToFile(*profile_, path); s != icOk) {
         const int reason = errno;
@@ -47,7 +49,10 @@ icStatus iccDocument::saveAs(const std::string& path, bool explain) {
         presenter_.messageBox(icBoxKind::stop, kCaption, text);
         return s;
     }
-    return open(path) ? icOk : icErrFile;
+    if (!open(path))
+        return icErrFile;
+    savedOverId_ = hashed;
+    return icOk;
 }
 
 icStatus iccDocument::refreshHeader() {

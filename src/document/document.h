@@ -5,8 +5,10 @@
 #include "document/presenter.h"
 #include "image/embedded_profile.h"
 #include "profile/profile.h"
+#include "profile/profile_id.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +32,10 @@ public:
     [[nodiscard]] icStatus saveAs(const std::string& path, bool explain = false);
 
     bool isOpen() const { return !path_.empty(); }
+    // After "Save As...", the Profile ID the profile held when it was saved: a version 4 save
+    // hashes it along with the profile, so it is what confirms the written ID. None after
+    // "&Browse...".
+    const std::optional<icDigest>& savedOverId() const { return savedOverId_; }
     const std::string& path() const { return path_; }
     // The profile's bytes as the image at path() carries them; empty for a profile file.
     const std::vector<std::uint8_t>& embeddedBytes() const { return embedded_; }
@@ -50,4 +56,5 @@ private:
     std::string path_;
     std::vector<std::uint8_t> embedded_;
     HeaderFields fields_{};
+    std::optional<icDigest> savedOverId_;
 };

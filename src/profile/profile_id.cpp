@@ -16,18 +16,26 @@ constexpr std::size_t kClearedFirst = 56;
 constexpr std::size_t kClearedCount = 12;
 constexpr std::size_t kIdOffset = 84;
 
-bool md5(std::span<const std::uint8_t> block, icDigest& out) {
+bool md5(std::span<const std::span<const std::uint8_t>> parts, icDigest& out) {
     std::unique_ptr<EVP_MD_CTX, void (*)(EVP_MD_CTX*)> ctx(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
+    if (!ctx || EVP_DigestInit_ex(ctx.get(), EVP_md5(), nullptr) != 1)
+        return false;
+    for (const auto part : parts)
+        if (EVP_DigestUpdate(ctx.get(), part.data(), part.size()) != 1)
+            return false;
     unsigned int length = 0;
-    return ctx && EVP_DigestInit_ex(ctx.get(), EVP_md5(), nullptr) == 1 &&
-           EVP_DigestUpdate(ctx.get(), block.data(), block.size()) == 1 &&
-           EVP_DigestFinal_ex(ctx.get(), out.data(), &length) == 1 && length == out.size();
+    return EVP_DigestFinal_ex(ctx.get(), out.data(), &length) == 1 && length == out.size();
 }
 
 } // namespace
 
 icStatus CMD5Checksum::digestOfMemory(std::span<const std::uint8_t> block, icDigest& out) const {
-    return md5(block, out) ? icOk : icErrFile;
+    return digestOfParts(std::span(&block, 1), out);
+}
+
+icStatus CMD5Checksum::digestOfParts(std::span<const std::span<const std::uint8_t>> parts,
+                                     icDigest& out) const {
+    return md5(parts, out) ? icOk : icErrFile;
 }
 
 icStatus computeProfileIdInMemory(std::span<std::uint8_t> block) {

@@ -16,6 +16,10 @@ class CMD5Checksum {
 public:
     virtual ~CMD5Checksum() = default;
     [[nodiscard]] icStatus digestOfMemory(std::span<const std::uint8_t> block, icDigest& out) const;
+    // The digest of the parts one after the other, as if they were one block: a changed header
+    // can be hashed before the rest of a profile without copying the profile.
+    [[nodiscard]] icStatus digestOfParts(std::span<const std::span<const std::uint8_t>> parts,
+                                         icDigest& out) const;
 };
 
 // Writes the Profile ID into bytes 84-99 of a laid-out profile of version 4 or later; older

@@ -1,0 +1,83 @@
+// The Check window, opened from the main window by Ctrl+K: its findings sorted by severity, "Copy"
+// as the command line's text, and a double click that selects the finding's tag in the table.
+#include "app/check_dialog.h"
+#include "app/veltrino_dialog.h"
+#include "check/check_report.h"
+#include "gui/gui_test.h"
+#include "support/test_support.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QSettings>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+
+class CheckWindowTest : public QObject {
+    Q_OBJECT
+private slots:
+    void findingsCopyAndSelectTheirTag() {
+        // No desc, wtpt or colorants: errors and warnings, and a private tag at index 1.
+        ProfileBuilder b;
+        b.tag(icSig("cprt"), textTag("c")).tag(icSig("priv"), tagBytes(icSig("zzzz"), Bytes(12)));
+        const std::string path = writeBytes(scratchDir() / "check-window.icc", b.build());
+        const icCheckReport report = checkProfileFile(path);
+
+        QSettings settings((scratchDir() / "check.ini").c_str(), QSettings::IniFormat);
+        ScriptedPrompts prompts;
+        CVeltrinoDlg window(prompts, settings);
+        auto* check = window.findChild<QPushButton*>(QStringLiteral("checkButton"));
+        QVERIFY(!check->isEnabled());
+        QVERIFY(window.openProfile(path));
+        QVERIFY(check->isEnabled());
+
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QStringList severities, tags;
+        QString copied;
+        // Polls until the modal window runs, so a window that never opens fails the test.
+        QTimer poll;
+        poll.setInterval(10);
+        connect(&poll, &QTimer::timeout, [&] {
+            auto* dialog = qobject_cast<CCheckDlg*>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            poll.stop();
+            severities.clear();
+            tags.clear();
+            auto* list = dialog->findChild<QTreeWidget*>(QStringLiteral("findingList"));
+            for (int i = 0; i < list->topLevelItemCount(); ++i) {
+                severities << list->topLevelItem(i)->text(0);
+                tags << list->topLevelItem(i)->text(2);
+            }
+            dialog->findChild<QPushButton*>(QStringLiteral("copyButton"))->click();
+            copied = QApplication::clipboard()->text();
+            if (tags.contains("priv"))
+                emit list->itemDoubleClicked(list->topLevelItem(tags.indexOf("priv")), 3);
+            dialog->accept();
+        });
+        poll.start();
+        QTest::keyClick(&window, Qt::Key_K, Qt::ControlModifier);
+        poll.stop();
+
+        QCOMPARE(severities.size(), static_cast<qsizetype>(report.findings.size()));
+        QCOMPARE(severities.front(), "error");
+        QCOMPARE(severities.back(), "info");
+        QCOMPARE(copied, QString::fromStdString(reportText(path, report)));
+        auto* tagList = window.findChild<QTreeWidget*>(QStringLiteral("tagList"));
+        QCOMPARE(tagList->indexOfTopLevelItem(tagList->currentItem()), 1);
+
+        // Saved here from a profile with an ID, the window knows the ID that save hashed.
+        const std::string saved = (scratchDir() / "check-window-saved.icc").string();
+        QVERIFY(window.openProfile("/usr/share/color/icc/colord/sRGB.icc"));
+        prompts.answers = {saved};
+        window.saveAs();
+        poll.start();
+        window.checkProfile();
+        QVERIFY(copied.contains("warning 84 - id-veltrino: "));
+    }
+};
+
+[[maybe_unused]] const bool registered = registerGuiTest<CheckWindowTest>();
+
+#include "check_window_test.moc"
