@@ -77,16 +77,22 @@ private:
     iccCurveElement curve_;
 };
 
+// Opens the profile and loads the tag TAG names; an exit status when either fails.
+std::optional<int> openTag(CliSession& session, ExchangeTag& tag, const std::string& profilePath,
+                           const std::string& tagText) {
+    int index = -1;
+    if (const auto exit = session.openAt(profilePath, tagText, index))
+        return exit;
+    return tag.load(session, index);
+}
+
 } // namespace
 
 int runExportCommand(const std::string& profilePath, const std::string& tagText,
                      const std::string& path) {
     CliSession session;
     ExchangeTag tag;
-    int index = -1;
-    if (const auto exit = session.openAt(profilePath, tagText, index))
-        return *exit;
-    if (const auto exit = tag.load(session, index))
+    if (const auto exit = openTag(session, tag, profilePath, tagText))
         return *exit;
     return tag.exchange(session.presenter(), path, false) == icOk ? kExitOk : kExitFailed;
 }
@@ -95,10 +101,7 @@ int runImportCommand(const std::string& profilePath, const std::string& tagText,
                      const std::string& path, const std::string& outputPath) {
     CliSession session;
     ExchangeTag tag;
-    int index = -1;
-    if (const auto exit = session.openAt(profilePath, tagText, index))
-        return *exit;
-    if (const auto exit = tag.load(session, index))
+    if (const auto exit = openTag(session, tag, profilePath, tagText))
         return *exit;
     if (tag.exchange(session.presenter(), path, true) != icOk || !tag.store(session))
         return kExitFailed;
