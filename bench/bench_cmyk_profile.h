@@ -45,17 +45,17 @@ inline cmsPipeline* cmykPipeline(cmsUInt32Number inputs, cmsUInt32Number outputs
     return lut;
 }
 
-// The tag's bytes as Little CMS writes them into a profile of that version: a lut16 ('mft2')
-// table for version 2, a lutAToB ('mAB ') or lutBToA ('mBA ') table for version 4.
-inline std::vector<std::uint8_t> lcmsTable(cmsTagSignature sig, cmsUInt32Number inputs,
-                                           cmsUInt32Number outputs, double bend, std::uint32_t seed,
-                                           double version = 2.1) {
+// The tag's bytes as Little CMS writes `lut` (which it takes) into a profile of that version,
+// class and colour space: a lut16 ('mft2') table for version 2, a lutAToB ('mAB ') or lutBToA
+// ('mBA ') table for version 4.
+inline std::vector<std::uint8_t> lcmsEncode(cmsTagSignature sig, cmsPipeline* lut, double version,
+                                            cmsProfileClassSignature deviceClass,
+                                            cmsColorSpaceSignature colorSpace) {
     cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
     cmsSetProfileVersion(profile, version);
-    cmsSetDeviceClass(profile, cmsSigOutputClass);
-    cmsSetColorSpace(profile, cmsSigCmykData);
+    cmsSetDeviceClass(profile, deviceClass);
+    cmsSetColorSpace(profile, colorSpace);
     cmsSetPCS(profile, cmsSigLabData);
-    cmsPipeline* lut = cmykPipeline(inputs, outputs, bend, seed);
     cmsWriteTag(profile, sig, lut);
     cmsPipelineFree(lut);
     cmsUInt32Number size = 0;
@@ -71,6 +71,14 @@ inline std::vector<std::uint8_t> lcmsTable(cmsTagSignature sig, cmsUInt32Number 
         cmsCloseProfile(reread);
     }
     return bytes;
+}
+
+// A table of the CMYK profile's shape, encoded by Little CMS.
+inline std::vector<std::uint8_t> lcmsTable(cmsTagSignature sig, cmsUInt32Number inputs,
+                                           cmsUInt32Number outputs, double bend, std::uint32_t seed,
+                                           double version = 2.1) {
+    return lcmsEncode(sig, cmykPipeline(inputs, outputs, bend, seed), version, cmsSigOutputClass,
+                      cmsSigCmykData);
 }
 
 // Writes the profile with header version `version` (0x04200000 gets an MD5 Profile ID when

@@ -55,26 +55,9 @@ struct RawTag {
 // Little CMS picks the encoding from the profile version: lut16 for version 2, lutAToB/lutBToA
 // for version 4.
 RawTag encodeWithLcms(cmsTagSignature sig, double version, cmsUInt32Number outputs, double bend) {
-    cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
-    cmsSetProfileVersion(profile, version);
-    cmsSetDeviceClass(profile, cmsSigAbstractClass);
-    cmsSetColorSpace(profile, cmsSigLabData);
-    cmsSetPCS(profile, cmsSigLabData);
-    cmsPipeline* lut = makePipeline(outputs, bend);
-    cmsWriteTag(profile, sig, lut);
-    cmsPipelineFree(lut);
-    cmsUInt32Number size = 0;
-    cmsSaveProfileToMem(profile, nullptr, &size);
-    std::vector<std::uint8_t> saved(size);
-    cmsSaveProfileToMem(profile, saved.data(), &size);
-    cmsCloseProfile(profile);
-
-    cmsHPROFILE reread = cmsOpenProfileFromMem(saved.data(), size);
-    RawTag tag{static_cast<icSignature>(sig), {}};
-    tag.bytes.resize(cmsReadRawTag(reread, sig, nullptr, 0));
-    cmsReadRawTag(reread, sig, tag.bytes.data(), static_cast<cmsUInt32Number>(tag.bytes.size()));
-    cmsCloseProfile(reread);
-    return tag;
+    return {static_cast<icSignature>(sig),
+            bench::lcmsEncode(sig, makePipeline(outputs, bend), version, cmsSigAbstractClass,
+                              cmsSigLabData)};
 }
 
 bool writeLargeProfile(const std::string& path) {
