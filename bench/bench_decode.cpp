@@ -8,6 +8,7 @@
 // bench_cmyk_profile.h.
 #include "bench_cmyk_profile.h"
 #include "bench_support.h"
+#include "document/memory_policy.h"
 #include "profile/profile.h"
 #include "tagtypes/profile_save.h"
 #include "tagtypes/tag_factory.h"
@@ -146,6 +147,7 @@ void decodeLcms(benchmark::State& state, const std::string& path) {
 } // namespace
 
 int main(int argc, char** argv) {
+    keepLargeBlocksForReuse();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

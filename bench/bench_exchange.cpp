@@ -17,6 +17,7 @@
 #include "bench_support.h"
 #include "catalogue/catalogue.h"
 #include "document/document.h"
+#include "document/memory_policy.h"
 #include "lutio/exchange_procedures.h"
 #include "lutio/lut_folder.h"
 #include "tagtypes/tag_factory.h"
@@ -187,6 +188,7 @@ std::optional<double> printPair(const BestTimes& times, const char* ours, const 
 } // namespace
 
 int main(int argc, char** argv) {
+    keepLargeBlocksForReuse();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

@@ -6,6 +6,7 @@
 #include "app/veltrino_dialog.h"
 #include "bench_cmyk_profile.h"
 #include "bench_support.h"
+#include "document/memory_policy.h"
 #include "tagtypes/lut16_type.h"
 #include "tagtypes/lut_atob_type.h"
 #include "tagtypes/tag_factory.h"
@@ -212,6 +213,7 @@ void stepMlut(benchmark::State& state, Context& context) {
 } // namespace
 
 int main(int argc, char** argv) {
+    keepLargeBlocksForReuse();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

@@ -2,6 +2,7 @@
 #include "catalogue/catalogue.h"
 #include "cli/cli_session.h"
 #include "cli/exchange_commands.h"
+#include "document/memory_policy.h"
 
 #include <CLI/CLI.hpp>
 
@@ -68,6 +69,7 @@ int runSave(const std::string& path, const std::string& output) {
 } // namespace
 
 int main(int argc, char** argv) {
+    keepLargeBlocksForReuse();
     CLI::App app{"veltrino-cli: inspect and rewrite ICC colour profiles", "veltrino-cli"};
     app.set_version_flag("--version", "veltrino-cli " VELTRINO_VERSION);
     app.require_subcommand(1);
