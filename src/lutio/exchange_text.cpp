@@ -185,10 +185,9 @@ std::size_t scanU32s(std::string_view& in, std::span<std::uint32_t> out) {
         const std::uint64_t spaceBefore = (bits.space << 1) | 1;
         std::uint64_t starts = ~bits.space & spaceBefore;
         std::uint64_t ends = bits.space & ~spaceBefore;
-        const std::size_t complete = std::min<std::size_t>(std::popcount(ends), out.size() - n);
         const char* resume = nullptr;
         int lastEnd = 0;
-        for (std::size_t k = 0; k < complete; ++k) {
+        while (ends != 0 && n < out.size()) {
             const int start = std::countr_zero(starts);
             lastEnd = std::countr_zero(ends);
             const int length = lastEnd - start;

@@ -189,8 +189,9 @@ template <class Lut> bool tablesBacked(icExchangeSource& files, const LutHeader&
 }
 
 // A table file: `rows` rows, each its index and `columns` numbers, as a free stream of tokens.
-// Each number is stored cut to the table's width, without a range check.
-template <class Value, class Store>
+// `store(row, numbers)` takes the numbers of each row, and stores each cut to the table's width,
+// without a range check.
+template <class Store>
 icStatus readRows(icExchangeSource& files, std::string_view name, std::uint32_t rows,
                   std::uint32_t columns, Store store) {
     // Whole rows at a time; a row holds at most 256 numbers. An index beyond 32 bits fails to
@@ -212,13 +213,13 @@ icStatus readRows(icExchangeSource& files, std::string_view name, std::uint32_t 
                 return !malformed;
             }
             held = 0;
-            for (const std::uint32_t* at = numbers.data(); at != numbers.data() + count; ++row) {
-                if (*at++ != row) {
+            for (const std::uint32_t* at = numbers.data(); at != numbers.data() + count;
+                 at += width, ++row) {
+                if (*at != row) {
                     malformed = true;
                     return false;
                 }
-                for (std::uint32_t column = 0; column < columns; ++column)
-                    store(row, column, static_cast<Value>(*at++));
+                store(row, std::span<const std::uint32_t>(at + 1, columns));
             }
         }
         return false;
@@ -232,10 +233,11 @@ template <class Value>
 icStatus readChannelTables(icExchangeSource& files, std::string_view name, std::uint32_t channels,
                            std::uint32_t entries, std::vector<Value>& tables) {
     tables.assign(std::size_t(channels) * entries, 0);
-    return readRows<Value>(files, name, entries, channels,
-                           [&tables, entries](std::uint32_t i, std::uint32_t c, Value v) {
-                               tables[std::size_t(c) * entries + i] = v;
-                           });
+    return readRows(files, name, entries, channels,
+                    [&tables, entries](std::uint32_t i, std::span<const std::uint32_t> values) {
+                        for (std::size_t c = 0; c < values.size(); ++c)
+                            tables[c * entries + i] = static_cast<Value>(values[c]);
+                    });
 }
 
 template <class Lut>
@@ -289,10 +291,12 @@ icStatus importFiles(Lut& tag, icExchangeSource& files, std::uint32_t* tagBytes)
         // then written into the bytes with everything else.
         const std::uint32_t outputs = tag.outputChannels();
         std::vector<Value>& clut = tag.clut;
-        if ((s = readRows<Value>(files, kClutFile, clutRows(tag), outputs,
-                                 [&clut, outputs](std::uint32_t k, std::uint32_t o, Value v) {
-                                     clut[std::size_t(k) * outputs + o] = v;
-                                 })) != icOk) {
+        if ((s = readRows(files, kClutFile, clutRows(tag), outputs,
+                          [&clut, outputs](std::uint32_t k, std::span<const std::uint32_t> values) {
+                              std::transform(values.begin(), values.end(),
+                                             clut.begin() + std::ptrdiff_t(k) * outputs,
+                                             [](std::uint32_t v) { return static_cast<Value>(v); });
+                          })) != icOk) {
             std::fill(clut.begin(), clut.end(), Value(0));
             return s;
         }
