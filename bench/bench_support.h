@@ -1,6 +1,7 @@
 // What the benchmarks share: a console reporter that keeps the best CPU time of each benchmark
-// and prints the ratios between two of them after the run, and the peak memory of one piece of
-// work measured in a child process.
+// and prints the ratios between two of them after the run, the headline lines that scripts/bench
+// gathers into its summary, and the peak memory of one piece of work measured in a child
+// process.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -9,6 +10,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdarg>
 #include <cstdio>
 #include <map>
 #include <optional>
@@ -59,6 +61,17 @@ public:
 
     std::map<std::string, double> best;
 };
+
+// One headline figure: "summary: " and the formatted text. scripts/bench repeats these lines at
+// the end of its run.
+[[gnu::format(printf, 1, 2)]] inline void printSummary(const char* format, ...) {
+    std::va_list args;
+    va_start(args, format);
+    std::fputs("summary: ", stdout);
+    std::vprintf(format, args);
+    std::fputc('\n', stdout);
+    va_end(args);
+}
 
 struct ChildPeak {
     long baselineKb = -1; // the child's peak resident set before the work

@@ -5,6 +5,7 @@
 #include "cli/diff_command.h"
 #include "cli/exchange_commands.h"
 #include "cli/extract_command.h"
+#include "document/memory_policy.h"
 
 #include <CLI/CLI.hpp>
 
@@ -71,6 +72,7 @@ int runSave(const std::string& path, const std::string& output) {
 } // namespace
 
 int main(int argc, char** argv) {
+    keepLargeBlocksForReuse();
     CLI::App app{"veltrino-cli: inspect and rewrite ICC colour profiles", "veltrino-cli"};
     app.set_version_flag("--version", "veltrino-cli " VELTRINO_VERSION);
     app.require_subcommand(1);

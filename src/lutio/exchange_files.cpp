@@ -1,6 +1,9 @@
 #include "lutio/exchange_files.h"
 
+#include "lutio/exchange_text.h"
+
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <system_error>
@@ -55,6 +58,57 @@ icStatus writeTextFile(const std::filesystem::path& path, std::string_view text)
 icStatus icFolderSource::read(std::string_view name, std::string& text) {
     try {
         return readTextFile(folder_ / name, text);
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+}
+
+icStatus icExchangeSource::readPieces(std::string_view name, const icPieceConsumer& consume) {
+    std::string text;
+    if (icStatus s = read(name, text); s != icOk)
+        return s;
+    consume(text, true);
+    return icOk;
+}
+
+icStatus icFolderSource::readPieces(std::string_view name, const icPieceConsumer& consume) {
+    // Large enough that reading costs little per byte, small enough to stay in the cache while
+    // it is parsed. It grows only for a run without white space that does not fit.
+    constexpr std::size_t kPieceBytes = 256u << 10;
+    try {
+        FilePtr file(std::fopen((folder_ / name).c_str(), "rb"));
+        if (!file)
+            return icErrFile;
+        std::size_t capacity = kPieceBytes, held = 0;
+        auto buffer = std::make_unique_for_overwrite<char[]>(capacity);
+        bool wanted = true;
+        for (;;) {
+            if (held == capacity) {
+                auto larger = std::make_unique_for_overwrite<char[]>(2 * capacity);
+                std::memcpy(larger.get(), buffer.get(), held);
+                buffer = std::move(larger);
+                capacity *= 2;
+            }
+            held += std::fread(buffer.get() + held, 1, capacity - held, file.get());
+            if (held < capacity) {
+                // The end of the file (or a read error).
+                if (std::ferror(file.get()))
+                    return icErrFile;
+                if (wanted)
+                    consume({buffer.get(), held}, true);
+                return icOk;
+            }
+            // Up to and including the last white space; the rest starts the next piece.
+            std::size_t cut = held;
+            while (cut > 0 && !isScanSpace(buffer[cut - 1]))
+                --cut;
+            if (cut == 0)
+                continue;
+            if (wanted)
+                wanted = consume({buffer.get(), cut}, false);
+            std::memmove(buffer.get(), buffer.get() + cut, held - cut);
+            held -= cut;
+        }
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;
     }

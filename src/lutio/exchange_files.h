@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <new>
 #include <optional>
@@ -25,6 +26,9 @@ inline constexpr std::uint64_t kMaxLayoutSlack = 64u << 10;
 // Creates or truncates the file and writes the text; -100 when it cannot be created or written.
 [[nodiscard]] icStatus writeTextFile(const std::filesystem::path& path, std::string_view text);
 
+// Takes one piece of a file and whether it is the last; false when it wants no more.
+using icPieceConsumer = std::function<bool(std::string_view piece, bool last)>;
+
 class icExchangeSource {
 public:
     virtual ~icExchangeSource() = default;
@@ -32,6 +36,11 @@ public:
     [[nodiscard]] virtual icStatus read(std::string_view name, std::string& text) = 0;
     // Its length in bytes without reading it; none when there is no such file.
     virtual std::optional<std::uint64_t> size(std::string_view name) = 0;
+    // The file `name` handed to `consume` in order, in pieces that end at white space or at the
+    // end of the file, so that no number is cut in two. The file is read to its end even after
+    // `consume` wanted no more. Statuses as for read(). Here the whole file is one piece.
+    [[nodiscard]] virtual icStatus readPieces(std::string_view name,
+                                              const icPieceConsumer& consume);
 };
 
 class icFolderSource : public icExchangeSource {
@@ -39,6 +48,10 @@ public:
     explicit icFolderSource(std::filesystem::path folder) : folder_(std::move(folder)) {}
     [[nodiscard]] icStatus read(std::string_view name, std::string& text) override;
     std::optional<std::uint64_t> size(std::string_view name) override;
+    // A table file of tens of megabytes is parsed as it is read, a few hundred kilobytes at a
+    // time, instead of being held whole.
+    [[nodiscard]] icStatus readPieces(std::string_view name,
+                                      const icPieceConsumer& consume) override;
 
 private:
     std::filesystem::path folder_;

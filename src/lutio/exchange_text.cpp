@@ -3,13 +3,20 @@
 #include <algorithm>
 #include <cstring>
 
+void icTextOut::grow(std::size_t n) {
+    const std::size_t capacity = std::max({2 * capacity_, size_ + n, std::size_t(256)});
+    auto data = std::make_unique_for_overwrite<char[]>(capacity);
+    if (size_ > 0)
+        std::memcpy(data.get(), data_.get(), size_);
+    data_ = std::move(data);
+    capacity_ = capacity;
+}
+
 icTextOut& icTextOut::f(double v) {
     // The longest fixed form of a double: 309 integer digits, sign, point and six decimals.
-    char digits[352];
-    const auto result =
-        std::to_chars(digits, digits + sizeof digits, v, std::chars_format::fixed, 6);
-    text_.append(digits, result.ptr);
-    return *this;
+    return number<352>([v](char* first, char* last) {
+        return std::to_chars(first, last, v, std::chars_format::fixed, 6).ptr;
+    });
 }
 
 namespace {
@@ -79,6 +86,13 @@ bool scanDouble(std::string_view& in, double& v) {
     v = value;
     in.remove_prefix(static_cast<std::size_t>(ptr - in.data()));
     return true;
+}
+
+std::size_t scanU32s(std::string_view& in, std::span<std::uint32_t> out) {
+    std::size_t n = 0;
+    while (n < out.size() && scanU32(in, out[n]))
+        ++n;
+    return n;
 }
 
 std::optional<std::string_view> icTextIn::line() {

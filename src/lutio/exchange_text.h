@@ -8,6 +8,8 @@
 
 #include <charconv>
 #include <cstdint>
+#include <cstring>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,40 +19,72 @@
 // at most 1023 characters and a longer one is read as several.
 inline constexpr std::size_t kExchangeLineLimit = 1023;
 
-// An exchange file being written: appended to in memory, then written in one go.
+// An exchange file being written: appended to in memory, then written in one go. Numbers are
+// formatted straight into the buffer, which grows only when a reservation was too small; clear()
+// keeps it for the next file.
 class icTextOut {
 public:
-    void reserve(std::size_t bytes) { text_.reserve(bytes); }
+    // Room for `bytes` in all.
+    void reserve(std::size_t bytes) {
+        if (bytes > capacity_)
+            grow(bytes - size_);
+    }
     icTextOut& text(std::string_view s) {
-        text_.append(s);
+        if (!s.empty()) {
+            std::memcpy(room(s.size()), s.data(), s.size());
+            size_ += s.size();
+        }
         return *this;
     }
     icTextOut& ch(char c) {
-        text_.push_back(c);
+        *room(1) = c;
+        ++size_;
         return *this;
     }
     // "%u"
     icTextOut& u(std::uint64_t v) {
-        char digits[24];
-        const auto end = std::to_chars(digits, digits + sizeof digits, v).ptr;
-        text_.append(digits, end);
-        return *this;
+        return number<kIntegerDigits>(
+            [v](char* first, char* last) { return std::to_chars(first, last, v).ptr; });
     }
     // "%d"
     icTextOut& d(std::int64_t v) {
-        char digits[24];
-        const auto end = std::to_chars(digits, digits + sizeof digits, v).ptr;
-        text_.append(digits, end);
-        return *this;
+        return number<kIntegerDigits>(
+            [v](char* first, char* last) { return std::to_chars(first, last, v).ptr; });
     }
     // "%f" (and "%lf"): fixed notation with six decimals, rounded exactly as printf rounds.
     icTextOut& f(double v);
 
-    const std::string& str() const { return text_; }
-    std::size_t size() const { return text_.size(); }
+    std::string_view str() const { return {data_.get(), size_}; }
+    std::size_t size() const { return size_; }
+    void clear() { size_ = 0; }
 
 private:
-    std::string text_;
+    // The longest 64-bit integer: 20 digits, or a sign and 19.
+    static constexpr std::size_t kIntegerDigits = 20;
+
+    // Where the next `n` characters go.
+    char* room(std::size_t n) {
+        if (capacity_ - size_ < n)
+            grow(n);
+        return data_.get() + size_;
+    }
+    // A number of at most `longest` characters, formatted by `format(first, last)` (which
+    // returns its end) straight into the buffer, or beside it when the buffer may be too short,
+    // so that the buffer grows only for the characters it really gets.
+    template <std::size_t longest, class Format> icTextOut& number(Format format) {
+        if (capacity_ - size_ >= longest) {
+            char* at = data_.get() + size_;
+            size_ += static_cast<std::size_t>(format(at, at + longest) - at);
+            return *this;
+        }
+        char digits[longest];
+        return text({digits, static_cast<std::size_t>(format(digits, digits + longest) - digits)});
+    }
+    // Makes room for `n` more characters, at least doubling; throws std::bad_alloc.
+    void grow(std::size_t n);
+
+    std::unique_ptr<char[]> data_;
+    std::size_t size_ = 0, capacity_ = 0;
 };
 
 // The C locale's white space, as scanf skips it.
@@ -70,6 +104,35 @@ bool scanU32(std::string_view& in, std::uint32_t& v);
 bool scanU64(std::string_view& in, std::uint64_t& v);
 // "%d", 64 bits wide so that the caller decides how to narrow it.
 bool scanI64(std::string_view& in, std::int64_t& v);
+
+// What nearly every number of an exchange file is: white space, then one to eight digits that
+// end before another digit, a value that fits every reader above. Read inline, without the
+// checks a longer number needs; false (and `in` unchanged) for anything else, which the readers
+// above then take.
+template <class T> bool scanShortNumber(std::string_view& in, T& v) {
+    const char* p = in.data();
+    const char* const end = p + in.size();
+    while (p != end && isScanSpace(*p))
+        ++p;
+    const char* const first = p;
+    std::uint32_t value = 0;
+    for (; p != end && p - first < 9; ++p) {
+        const unsigned digit = static_cast<unsigned char>(*p) - unsigned('0');
+        if (digit > 9)
+            break;
+        value = value * 10 + digit;
+    }
+    if (p == first || p - first == 9)
+        return false;
+    v = static_cast<T>(value);
+    in.remove_prefix(static_cast<std::size_t>(p - in.data()));
+    return true;
+}
+
+// Reads numbers as scanU32 does, one after another, until `out` is full or one fails; returns
+// how many were read, and `in` then starts after the last of them.
+std::size_t scanU32s(std::string_view& in, std::span<std::uint32_t> out);
+
 // "%lf": a decimal or exponent number, "inf" or "nan", after an optional sign.
 bool scanDouble(std::string_view& in, double& v);
 
@@ -84,8 +147,8 @@ public:
     std::optional<std::string_view> line();
 
     // Token stream reads, continuing where the last read stopped.
-    bool u32(std::uint32_t& v) { return scanU32(rest_, v); }
-    bool u64(std::uint64_t& v) { return scanU64(rest_, v); }
+    bool u32(std::uint32_t& v) { return scanShortNumber(rest_, v) || scanU32(rest_, v); }
+    bool u64(std::uint64_t& v) { return scanShortNumber(rest_, v) || scanU64(rest_, v); }
     bool real(double& v) { return scanDouble(rest_, v); }
 
     std::string_view rest() const { return rest_; }

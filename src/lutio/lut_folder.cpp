@@ -38,8 +38,13 @@ template <class Lut> std::uint32_t clutRows(const Lut& tag) {
 // Rows of "%u " numbers: the row index, then `columns` values, then a line feed.
 template <class Value, class ValueAt>
 void tableLines(icTextOut& out, std::uint32_t rows, std::uint32_t columns, ValueAt valueAt) {
-    constexpr std::size_t digits = sizeof(Value) == 2 ? 6 : 4;
-    out.reserve(std::size_t(rows) * (8 + digits * columns));
+    // At most: the widest index, the widest value, each with its blank, and the line feed; so
+    // the buffer never has to move.
+    constexpr std::size_t valueWidth = sizeof(Value) == 2 ? 6 : 4;
+    std::size_t indexWidth = 2;
+    for (std::uint32_t r = rows; r >= 10; r /= 10)
+        ++indexWidth;
+    out.reserve(out.size() + std::size_t(rows) * (indexWidth + 1 + valueWidth * columns));
     for (std::uint32_t row = 0; row < rows; ++row) {
         out.u(row).ch(' ');
         for (std::uint32_t column = 0; column < columns; ++column)
@@ -56,13 +61,16 @@ template <class Lut> icStatus exportFolder(const Lut& tag, const fs::path& folde
         // An existing folder is fine: its five files are overwritten and anything else stays.
         std::error_code ec;
         fs::create_directory(folder, ec);
-        const auto write = [&folder](std::string_view name, const icTextOut& out) {
-            return writeTextFile(folder / name, out.str());
+        // One buffer for all five files; it grows to the largest.
+        icTextOut out;
+        const auto write = [&folder, &out](std::string_view name) {
+            const icStatus s = writeTextFile(folder / name, out.str());
+            out.clear();
+            return s;
         };
         {
             char signature[5];
             SignatureToText(signature, tag.ownSignature());
-            icTextOut out;
             out.text("icTagTypeSignature: ").text(signature).ch('\n');
             out.text("Tag_Bytes: ").u(tag.rawSize()).ch('\n');
             out.text("InputChan: ").u(tag.inputChannels()).ch('\n');
@@ -72,45 +80,33 @@ template <class Lut> icStatus exportFolder(const Lut& tag, const fs::path& folde
                 out.text("Output_Entries: ").u(tag.outputEntries()).ch('\n');
             }
             out.text("Clut_Size: ").u(tag.gridPoints()).ch('\n');
-            if (icStatus s = write(kHeaderFile, out); s != icOk)
+            if (icStatus s = write(kHeaderFile); s != icOk)
                 return s;
         }
-        {
-            icTextOut out;
-            for (std::uint32_t i = 0; i < tag.matrix.size(); ++i)
-                out.u(i).ch(' ').f(tag.matrixValue(i)).ch('\n');
-            if (icStatus s = write(kMatrixFile, out); s != icOk)
-                return s;
-        }
+        for (std::uint32_t i = 0; i < tag.matrix.size(); ++i)
+            out.u(i).ch(' ').f(tag.matrixValue(i)).ch('\n');
+        if (icStatus s = write(kMatrixFile); s != icOk)
+            return s;
         // Tables lie channel after channel; a line holds one entry of every channel.
         const auto channelTable = [](const std::vector<Value>& tables, std::uint32_t entries) {
             return [&tables, entries](std::uint32_t i, std::uint32_t c) {
                 return tables[std::size_t(c) * entries + i];
             };
         };
-        {
-            icTextOut out;
-            tableLines<Value>(out, tag.inputEntries(), tag.inputChannels(),
-                              channelTable(tag.inputTables, tag.inputEntries()));
-            if (icStatus s = write(kInputFile, out); s != icOk)
-                return s;
-        }
-        {
-            icTextOut out;
-            tableLines<Value>(out, tag.outputEntries(), tag.outputChannels(),
-                              channelTable(tag.outputTables, tag.outputEntries()));
-            if (icStatus s = write(kOutputFile, out); s != icOk)
-                return s;
-        }
-        {
-            icTextOut out;
-            const std::uint32_t outputs = tag.outputChannels();
-            tableLines<Value>(out, clutRows(tag), outputs, [&tag, outputs](auto k, auto o) {
-                return tag.clut[std::size_t(k) * outputs + o];
-            });
-            if (icStatus s = write(kClutFile, out); s != icOk)
-                return s;
-        }
+        tableLines<Value>(out, tag.inputEntries(), tag.inputChannels(),
+                          channelTable(tag.inputTables, tag.inputEntries()));
+        if (icStatus s = write(kInputFile); s != icOk)
+            return s;
+        tableLines<Value>(out, tag.outputEntries(), tag.outputChannels(),
+                          channelTable(tag.outputTables, tag.outputEntries()));
+        if (icStatus s = write(kOutputFile); s != icOk)
+            return s;
+        const std::uint32_t outputs = tag.outputChannels();
+        tableLines<Value>(out, clutRows(tag), outputs, [&tag, outputs](auto k, auto o) {
+            return tag.clut[std::size_t(k) * outputs + o];
+        });
+        if (icStatus s = write(kClutFile); s != icOk)
+            return s;
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;
     }
@@ -193,36 +189,55 @@ template <class Lut> bool tablesBacked(icExchangeSource& files, const LutHeader&
 }
 
 // A table file: `rows` rows, each its index and `columns` numbers, as a free stream of tokens.
-// Each number is stored cut to the table's width, without a range check.
-template <class Value, class Store>
+// `store(row, numbers)` takes the numbers of each row, and stores each cut to the table's width,
+// without a range check.
+template <class Store>
 icStatus readRows(icExchangeSource& files, std::string_view name, std::uint32_t rows,
                   std::uint32_t columns, Store store) {
-    std::string text;
-    if (icStatus s = files.read(name, text); s != icOk)
-        return s;
-    icTextIn in(text);
-    for (std::uint32_t row = 0; row < rows; ++row) {
-        std::uint64_t index = 0;
-        if (!in.u64(index) || index != row)
-            return icErrFile;
-        for (std::uint32_t column = 0; column < columns; ++column) {
-            std::uint32_t v = 0;
-            if (!in.u32(v))
-                return icErrFile;
-            store(row, column, static_cast<Value>(v));
+    // Whole rows at a time; a row holds at most 256 numbers. An index beyond 32 bits fails to
+    // read, where it would have failed to match.
+    std::array<std::uint32_t, 1024> numbers;
+    const std::size_t width = std::size_t(columns) + 1;
+    const auto rowsPerBatch = static_cast<std::uint32_t>(numbers.size() / width);
+    std::uint32_t row = 0;
+    std::size_t held = 0; // numbers of the batch read so far
+    bool malformed = false;
+    const auto consume = [&](std::string_view piece, bool last) {
+        while (row < rows) {
+            const std::size_t count = std::min(rowsPerBatch, rows - row) * width;
+            held += scanU32s(piece, std::span(numbers).subspan(held, count - held));
+            if (held < count) {
+                // The piece ran out, or what follows is not a number.
+                malformed = last || std::any_of(piece.begin(), piece.end(),
+                                                [](char c) { return !isScanSpace(c); });
+                return !malformed;
+            }
+            held = 0;
+            for (const std::uint32_t* at = numbers.data(); at != numbers.data() + count;
+                 at += width, ++row) {
+                if (*at != row) {
+                    malformed = true;
+                    return false;
+                }
+                store(row, std::span<const std::uint32_t>(at + 1, columns));
+            }
         }
-    }
-    return icOk;
+        return false;
+    };
+    if (icStatus s = files.readPieces(name, consume); s != icOk)
+        return s;
+    return malformed ? icErrFile : icOk;
 }
 
 template <class Value>
 icStatus readChannelTables(icExchangeSource& files, std::string_view name, std::uint32_t channels,
                            std::uint32_t entries, std::vector<Value>& tables) {
     tables.assign(std::size_t(channels) * entries, 0);
-    return readRows<Value>(files, name, entries, channels,
-                           [&tables, entries](std::uint32_t i, std::uint32_t c, Value v) {
-                               tables[std::size_t(c) * entries + i] = v;
-                           });
+    return readRows(files, name, entries, channels,
+                    [&tables, entries](std::uint32_t i, std::span<const std::uint32_t> values) {
+                        for (std::size_t c = 0; c < values.size(); ++c)
+                            tables[c * entries + i] = static_cast<Value>(values[c]);
+                    });
 }
 
 template <class Lut>
@@ -272,14 +287,20 @@ icStatus importFiles(Lut& tag, icExchangeSource& files, std::uint32_t* tagBytes)
             tag.setMatrix(matrix);
         }
 
+        // Read straight into the fresh CLUT, which holds zeros again when the file fails, and
+        // then written into the bytes with everything else.
         const std::uint32_t outputs = tag.outputChannels();
-        values.assign(tag.clutValueCount(), 0);
-        if ((s = readRows<Value>(files, kClutFile, clutRows(tag), outputs,
-                                 [&values, outputs](std::uint32_t k, std::uint32_t o, Value v) {
-                                     values[std::size_t(k) * outputs + o] = v;
-                                 })) != icOk)
+        std::vector<Value>& clut = tag.clut;
+        if ((s = readRows(files, kClutFile, clutRows(tag), outputs,
+                          [&clut, outputs](std::uint32_t k, std::span<const std::uint32_t> values) {
+                              std::transform(values.begin(), values.end(),
+                                             clut.begin() + std::ptrdiff_t(k) * outputs,
+                                             [](std::uint32_t v) { return static_cast<Value>(v); });
+                          })) != icOk) {
+            std::fill(clut.begin(), clut.end(), Value(0));
             return s;
-        return tag.setClut(values);
+        }
+        return tag.rebuild();
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;
     }

@@ -29,7 +29,7 @@ constexpr std::array<std::string_view, 11> kHeaderLabels = {
 std::string curveFileName(std::string_view set, std::size_t i) {
     icTextOut name;
     name.text(set).text("Curve_").u(i).text(".txt");
-    return name.str();
+    return std::string(name.str());
 }
 
 // The curve sets with the letters of their file names, in the order they are exported and read.
@@ -231,7 +231,10 @@ icStatus encodeMlutAtStoredOffsets(iccMlutType& tag, std::uint32_t size) {
     }
 }
 
-icStatus formatClutText(const iccClut& clut, std::string& text) {
+namespace {
+
+// The CLUT text into `out`; throws std::bad_alloc.
+icStatus formatClut(const iccClut& clut, icTextOut& out) {
     const std::uint32_t inputs = clut.inputChannels();
     const std::uint32_t outputs = clut.outputChannels();
     std::array<std::uint8_t, iccClut::kMaxInputs> grid{};
@@ -242,21 +245,29 @@ icStatus formatClutText(const iccClut& clut, std::string& text) {
     // node by node beyond what a real table could have.
     if (nodes * std::max(outputs, 1u) > UINT32_MAX)
         return icErrInvalidArg;
+    out.reserve(std::size_t(nodes) * (9 + 6 * std::size_t(outputs)) + 256);
+    out.text("Data_Type: none\nInputChan: ").u(inputs).text("\nOutputChan: ").u(outputs);
+    out.text("\nByteDepth: ").d(clut.precision()).text("\nLUT_Size:\n");
+    for (std::uint32_t c = 0; c < inputs; ++c)
+        out.text("InputChan: ").u(c).ch(' ').d(clut.gridPoints(c)).ch('\n');
+    out.text("Data_Begine:");
+    std::uint64_t index = 0;
+    for (std::uint64_t k = 0; k < nodes; ++k) {
+        out.ch('\n').u(k).ch(' ');
+        for (std::uint32_t o = 0; o < outputs; ++o)
+            out.u(clut.value(index++)).ch(' ');
+    }
+    out.text("\nData_End");
+    return icOk;
+}
+
+} // namespace
+
+icStatus formatClutText(const iccClut& clut, std::string& text) {
     try {
         icTextOut out;
-        out.reserve(std::size_t(nodes) * (9 + 6 * std::size_t(outputs)) + 256);
-        out.text("Data_Type: none\nInputChan: ").u(inputs).text("\nOutputChan: ").u(outputs);
-        out.text("\nByteDepth: ").d(clut.precision()).text("\nLUT_Size:\n");
-        for (std::uint32_t c = 0; c < inputs; ++c)
-            out.text("InputChan: ").u(c).ch(' ').d(clut.gridPoints(c)).ch('\n');
-        out.text("Data_Begine:");
-        std::uint64_t index = 0;
-        for (std::uint64_t k = 0; k < nodes; ++k) {
-            out.ch('\n').u(k).ch(' ');
-            for (std::uint32_t o = 0; o < outputs; ++o)
-                out.u(clut.value(index++)).ch(' ');
-        }
-        out.text("\nData_End");
+        if (icStatus s = formatClut(clut, out); s != icOk)
+            return s;
         text = out.str();
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;
@@ -320,11 +331,11 @@ icStatus parseClutText(iccClut& clut, std::string_view text) {
             return icErrFile;
         std::string_view rest = *line;
         std::uint64_t index = 0;
-        if (!scanU64(rest, index) || index != k)
+        if (!(scanShortNumber(rest, index) || scanU64(rest, index)) || index != k)
             return icErrFile;
         for (std::uint32_t o = 0; o < outputs; ++o) {
             std::uint32_t v = 0;
-            if (!scanU32(rest, v))
+            if (!(scanShortNumber(rest, v) || scanU32(rest, v)))
                 return icErrFile;
             if (depth == 1) {
                 valueBytes[at++] = static_cast<std::uint8_t>(v);
@@ -341,10 +352,10 @@ icStatus parseClutText(iccClut& clut, std::string_view text) {
 
 icStatus WriteClutTextFile(const iccClut& clut, const fs::path& path) {
     try {
-        std::string text;
-        if (icStatus s = formatClutText(clut, text); s != icOk)
+        icTextOut out;
+        if (icStatus s = formatClut(clut, out); s != icOk)
             return s;
-        return writeTextFile(path, text);
+        return writeTextFile(path, out.str());
     } catch (const std::bad_alloc&) {
         return icErrNoMemory;
     }

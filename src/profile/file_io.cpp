@@ -3,9 +3,14 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <new>
 #include <system_error>
+
+#ifdef __linux__
+#include <fcntl.h>
+#endif
 
 namespace {
 
@@ -34,6 +39,13 @@ icStatus readWholeFile(const std::string& path, std::vector<std::uint8_t>& out) 
 }
 
 icStatus writeFileReplacing(const std::string& path, std::span<const std::uint8_t> bytes) {
+    return writeFileReplacing(path, bytes.size(), [bytes](std::FILE* file) {
+        return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    });
+}
+
+icStatus writeFileReplacing(const std::string& path, std::uint64_t size,
+                            const std::function<bool(std::FILE*)>& write) {
     namespace fs = std::filesystem;
     std::error_code ec;
     const fs::path target(path);
@@ -56,7 +68,12 @@ icStatus writeFileReplacing(const std::string& path, std::span<const std::uint8_
     }
     if (!file)
         return icErrFile;
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
+#ifdef __linux__
+    // Only a hint: where it fails the writes allocate as they go.
+    if (size > 0 && size <= std::uint64_t(std::numeric_limits<off_t>::max()))
+        (void)fallocate(fileno(file.get()), 0, 0, static_cast<off_t>(size));
+#endif
+    const bool written = write(file.get());
     const bool closed = std::fclose(file.release()) == 0;
     if (!written || !closed) {
         const int reason = errno;

@@ -4,6 +4,8 @@
 #include "profile/status.h"
 
 #include <cstdint>
+#include <cstdio>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -16,3 +18,8 @@
 // opened for writing is refused. -100 on any failure, with errno telling why.
 [[nodiscard]] icStatus writeFileReplacing(const std::string& path,
                                           std::span<const std::uint8_t> bytes);
+// The same, with the `size` bytes of contents written by `write` into the open temporary file
+// (which it may seek in); it returns false when it could not write them. The file's blocks are
+// reserved first where the file system can, so that the writes only copy.
+[[nodiscard]] icStatus writeFileReplacing(const std::string& path, std::uint64_t size,
+                                          const std::function<bool(std::FILE*)>& write);

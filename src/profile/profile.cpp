@@ -3,6 +3,8 @@
 #include "profile/file_io.h"
 #include "profile/profile_id.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -307,48 +309,120 @@ icStatus iccProfileRW::layout() {
     return icOk;
 }
 
-icStatus iccProfileRW::saveToMemory(std::vector<std::uint8_t>& out) {
-    if (icStatus s = layout(); s != icOk)
-        return s;
-    std::vector<std::uint8_t> block;
-    try {
-        block.assign(header_.size, 0);
-    } catch (const std::bad_alloc&) {
-        return icErrNoMemory;
-    }
-    iccMemoryStream target = iccMemoryStream::forWriting(block);
+// The profile goes out in pieces of at most this many bytes, each hashed and then written while
+// it is still in the cache.
+constexpr std::size_t kPieceSize = 1u << 20;
+
+// Hands the laid-out profile to `sink` (a callable taking a span, false when it could not take
+// it) in file order: the header as it stands, the directory, the bytes of every owned block at
+// its offset and zeros in any gap, up to the size in the header. Each byte is handed over once
+// and, for version 4, hashed on its way, so that `id` then holds the Profile ID that belongs at
+// bytes 84-99 (the header handed over still carries the old one).
+template <class Sink>
+icStatus iccProfileRW::writeLaidOut(Sink& sink, std::optional<icDigest>& id) const {
+    static constexpr std::array<std::uint8_t, 4096> kZeros{};
+    const bool hashed = isVersion4(header_);
+    icProfileIdHash hash;
+    std::uint64_t written = 0;
+    const auto put = [&](std::span<const std::uint8_t> bytes) {
+        while (!bytes.empty()) {
+            const auto piece = bytes.first(std::min(bytes.size(), kPieceSize));
+            if ((hashed && !hash.update(piece)) || !sink(piece))
+                return false;
+            bytes = bytes.subspan(piece.size());
+            written += piece.size();
+        }
+        return true;
+    };
+    const auto zeros = [&](std::uint64_t count) {
+        for (; count > 0; count -= std::min<std::uint64_t>(count, kZeros.size()))
+            if (!put(std::span(kZeros).first(std::min<std::uint64_t>(count, kZeros.size()))))
+                return false;
+        return true;
+    };
+
     const auto headerBytes = headerToBytes(header_);
-    if (!target.seek(0, 0) || !target.write(headerBytes.data(), headerBytes.size()))
-        return icErrGeneral;
+    if (hashed && !hash.header(headerBytes))
+        return icErrFile;
+    if (!sink(std::span<const std::uint8_t>(headerBytes)))
+        return icErrFile;
+    written = headerBytes.size();
 
-    std::vector<std::uint8_t> directory;
-    iccWriter w(directory);
-    w.u32(static_cast<std::uint32_t>(tagCount_));
+    std::array<std::uint8_t, 4 + 12 * kMaxTags> directory{};
+    storeBE32(directory.data(), static_cast<std::uint32_t>(tagCount_));
     for (int i = 0; i < tagCount_; ++i) {
-        w.sig(tags_[i].sig);
-        w.u32(tags_[i].offset);
-        w.u32(tags_[i].size);
+        std::uint8_t* entry = directory.data() + 4 + 12 * i;
+        storeBE32(entry, tags_[i].sig);
+        storeBE32(entry + 4, tags_[i].offset);
+        storeBE32(entry + 8, tags_[i].size);
     }
-    if (!target.write(directory.data(), directory.size()))
-        return icErrGeneral;
+    if (!put(std::span(directory).first(4 + 12 * std::size_t(tagCount_))))
+        return icErrFile;
 
+    // The layout placed the owned blocks one after another in directory order.
     for (int i = 0; i < tagCount_; ++i) {
         if (links_[i] != i)
             continue;
         const TagBuffer& buffer = tagData_[i];
-        if (!buffer.bytes || !target.seek(tags_[i].offset, 0) ||
-            !target.write(buffer.bytes.get(), std::min(buffer.size, tags_[i].size)))
+        if (!buffer.bytes || tags_[i].offset < written)
             return icErrGeneral;
+        if (!zeros(tags_[i].offset - written) ||
+            !put({buffer.bytes.get(), std::min(buffer.size, tags_[i].size)}))
+            return icErrFile;
     }
-    if (icStatus s = computeProfileIdInMemory(block); s != icOk)
+    if (written > header_.size)
+        return icErrGeneral;
+    if (!zeros(header_.size - written))
+        return icErrFile;
+    if (hashed) {
+        icDigest digest{};
+        if (!hash.finish(digest))
+            return icErrFile;
+        id = digest;
+    }
+    return icOk;
+}
+
+icStatus iccProfileRW::saveToMemory(std::vector<std::uint8_t>& out) {
+    out.clear();
+    if (icStatus s = layout(); s != icOk)
         return s;
-    out = std::move(block);
+    try {
+        out.reserve(header_.size);
+    } catch (const std::bad_alloc&) {
+        return icErrNoMemory;
+    }
+    // Within the reserved size (the layout's), so appending never reallocates.
+    auto append = [&out](std::span<const std::uint8_t> bytes) {
+        if (bytes.size() > out.capacity() - out.size())
+            return false;
+        out.insert(out.end(), bytes.begin(), bytes.end());
+        return true;
+    };
+    std::optional<icDigest> id;
+    if (icStatus s = writeLaidOut(append, id); s != icOk) {
+        out.clear();
+        return s;
+    }
+    if (id)
+        std::memcpy(out.data() + kProfileIdOffset, id->data(), id->size());
     return icOk;
 }
 
 icStatus iccProfileRW::saveToFile(const std::string& path) {
-    std::vector<std::uint8_t> block;
-    if (icStatus s = saveToMemory(block); s != icOk)
+    if (icStatus s = layout(); s != icOk)
         return s;
-    return writeFileReplacing(path, block);
+    icStatus status = icOk;
+    const icStatus written = writeFileReplacing(path, header_.size, [&](std::FILE* file) {
+        auto write = [file](std::span<const std::uint8_t> bytes) {
+            return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+        };
+        std::optional<icDigest> id;
+        status = writeLaidOut(write, id);
+        if (status == icOk && id &&
+            (std::fseek(file, static_cast<long>(kProfileIdOffset), SEEK_SET) != 0 || !write(*id)))
+            status = icErrFile;
+        return status == icOk;
+    });
+    return status != icOk ? status : written;
 }

@@ -7,12 +7,14 @@
 
 #include "profile/byte_io.h"
 #include "profile/header.h"
+#include "profile/profile_id.h"
 #include "profile/status.h"
 #include "profile/stream.h"
 
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -113,13 +115,16 @@ public:
     // Lays the profile out again: places every block after the directory on a 4-byte boundary,
     // updates the size and stamps the date. -1 without tags or without a 'desc' tag.
     [[nodiscard]] icStatus layout();
-    // Lays out and writes the whole profile, with its Profile ID for version 4.
+    // Lays out and writes the whole profile, with its Profile ID for version 4. `out` is
+    // reused; it is left empty when the profile cannot be written.
     [[nodiscard]] icStatus saveToMemory(std::vector<std::uint8_t>& out);
     // Writes the file through a temporary beside it, so a failed save leaves an existing file
     // untouched.
     [[nodiscard]] icStatus saveToFile(const std::string& path);
 
 private:
+    // Hands the laid-out profile to `sink` in file order; see profile.cpp.
+    template <class Sink> icStatus writeLaidOut(Sink& sink, std::optional<icDigest>& id) const;
     icStatus loadEverything(icStatus loaded);
     icStatus storeOwned(int owner, std::span<const std::uint8_t> bytes);
 };

@@ -14,20 +14,39 @@ namespace {
 // Bytes 56-67: both attribute words and the rendering intent.
 constexpr std::size_t kClearedFirst = 56;
 constexpr std::size_t kClearedCount = 12;
-constexpr std::size_t kIdOffset = 84;
 
 bool md5(std::span<const std::span<const std::uint8_t>> parts, icDigest& out) {
-    std::unique_ptr<EVP_MD_CTX, void (*)(EVP_MD_CTX*)> ctx(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
-    if (!ctx || EVP_DigestInit_ex(ctx.get(), EVP_md5(), nullptr) != 1)
-        return false;
+    icProfileIdHash hash;
     for (const auto part : parts)
-        if (EVP_DigestUpdate(ctx.get(), part.data(), part.size()) != 1)
+        if (!hash.update(part))
             return false;
-    unsigned int length = 0;
-    return EVP_DigestFinal_ex(ctx.get(), out.data(), &length) == 1 && length == out.size();
+    return hash.finish(out);
 }
 
 } // namespace
+
+icProfileIdHash::icProfileIdHash() : ctx_(EVP_MD_CTX_new(), &EVP_MD_CTX_free) {
+    ok_ = ctx_ && EVP_DigestInit_ex(ctx_.get(), EVP_md5(), nullptr) == 1;
+}
+
+bool icProfileIdHash::header(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() != kHeaderSize)
+        return ok_ = false;
+    std::array<std::uint8_t, kHeaderSize> cleared{};
+    std::memcpy(cleared.data(), bytes.data(), kHeaderSize);
+    std::memset(cleared.data() + kClearedFirst, 0, kClearedCount);
+    return update(cleared);
+}
+
+bool icProfileIdHash::update(std::span<const std::uint8_t> bytes) {
+    return ok_ = ok_ && EVP_DigestUpdate(ctx_.get(), bytes.data(), bytes.size()) == 1;
+}
+
+bool icProfileIdHash::finish(icDigest& out) {
+    unsigned int length = 0;
+    return ok_ = ok_ && EVP_DigestFinal_ex(ctx_.get(), out.data(), &length) == 1 &&
+                 length == out.size();
+}
 
 icStatus CMD5Checksum::digestOfMemory(std::span<const std::uint8_t> block, icDigest& out) const {
     return digestOfParts(std::span(&block, 1), out);
@@ -41,17 +60,14 @@ icStatus CMD5Checksum::digestOfParts(std::span<const std::span<const std::uint8_
 icStatus computeProfileIdInMemory(std::span<std::uint8_t> block) {
     if (block.size() < kHeaderSize)
         return icErrInvalidArg;
-    const icHeader header = headerFromBytes(block);
-    if (!isVersion4(header))
+    if (!isVersion4(headerFromBytes(block)))
         return icOk;
-    std::array<std::uint8_t, kHeaderSize> original{};
-    std::memcpy(original.data(), block.data(), kHeaderSize);
-    std::memset(block.data() + kClearedFirst, 0, kClearedCount);
+    icProfileIdHash hash;
     icDigest digest{};
-    if (CMD5Checksum().digestOfMemory(block, digest) != icOk)
+    if (!hash.header(block.first(kHeaderSize)) || !hash.update(block.subspan(kHeaderSize)) ||
+        !hash.finish(digest))
         return icErrFile;
-    std::memcpy(block.data(), original.data(), kHeaderSize);
-    std::memcpy(block.data() + kIdOffset, digest.data(), digest.size());
+    std::memcpy(block.data() + kProfileIdOffset, digest.data(), digest.size());
     return icOk;
 }
 

@@ -5,11 +5,15 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
 using icDigest = std::array<std::uint8_t, 16>;
+
+// Where the Profile ID lies in the header.
+inline constexpr std::size_t kProfileIdOffset = 84;
 
 // MD5 (RFC 1321) through OpenSSL's EVP interface.
 class CMD5Checksum {
@@ -20,6 +24,24 @@ public:
     // can be hashed before the rest of a profile without copying the profile.
     [[nodiscard]] icStatus digestOfParts(std::span<const std::span<const std::uint8_t>> parts,
                                          icDigest& out) const;
+};
+
+struct evp_md_ctx_st;
+
+// The Profile ID of a profile handed over in pieces, in file order: first its 128 header bytes
+// as they stand (bytes 56-67 are cleared in a copy before hashing), then the bytes after them.
+// A save hashes each piece as it writes it, so the profile is never held or read twice. Every
+// step is false once the digest operation failed.
+class icProfileIdHash {
+public:
+    icProfileIdHash();
+    bool header(std::span<const std::uint8_t> bytes);
+    bool update(std::span<const std::uint8_t> bytes);
+    bool finish(icDigest& out);
+
+private:
+    std::unique_ptr<evp_md_ctx_st, void (*)(evp_md_ctx_st*)> ctx_;
+    bool ok_;
 };
 
 // Writes the Profile ID into bytes 84-99 of a laid-out profile of version 4 or later; older

@@ -296,6 +296,8 @@ icStatus iccMftLutType<Value>::initializeTables(std::uint32_t inputs, std::uint3
         inputTables.assign(inputValueCount(), 0);
         clut.assign(clutValueCount_, 0);
         outputTables.assign(outputValueCount(), 0);
+        // Room for the padding too, so that taking the bytes does not copy them.
+        bytes.reserve(roundUp4(size));
         bytes.assign(size, 0);
     } catch (const std::bad_alloc&) {
         clear();

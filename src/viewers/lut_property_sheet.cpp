@@ -12,6 +12,7 @@
 #include "viewers/sheet_parts.h"
 
 #include <QFontDatabase>
+#include <QFontMetrics>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -120,17 +121,23 @@ CiccLutPropertyPage3::CiccLutPropertyPage3(LutModel& model, PromptService& promp
             values_[o]->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 12);
         notes_[o] = new QLabel(valueBox);
         notes_[o]->setObjectName(QStringLiteral("note%1").arg(o));
-        notes_[o]->setMinimumWidth(
-            notes_[o]->fontMetrics().horizontalAdvance(QStringLiteral("(100x2.55)")));
+        // Fixed to the widest second text: a label whose size may change lays the whole sheet
+        // out again and repaints it on every node step.
+        const QFontMetrics metrics = notes_[o]->fontMetrics();
+        notes_[o]->setFixedSize(std::max(metrics.horizontalAdvance(QStringLiteral("(100x2.55)")),
+                                         metrics.horizontalAdvance(QStringLiteral("(-128+128)"))),
+                                values_[o]->sizeHint().height());
         // Two columns of six rows keep the page short enough for twelve outputs.
         const int row = int(o % 6), col = int(o / 6) * 3;
         grid->addWidget(rowLabels_[o], row, col);
         grid->addWidget(values_[o], row, col + 1);
         grid->addWidget(notes_[o], row, col + 2);
     }
+    // The room left over goes to the right of the boxes.
+    grid->setColumnStretch(6, 1);
     auto* accept = namedButton(tr("Accept Change"), QStringLiteral("acceptButton"), valueBox);
     connect(accept, &QPushButton::clicked, this, &CiccLutPropertyPage3::acceptChange);
-    grid->addWidget(accept, 6, 0, 1, 6, Qt::AlignRight);
+    grid->addWidget(accept, 6, 0, 1, 7, Qt::AlignRight);
 
     auto* nodeBox = new QGroupBox(tr("Input Channels (grid node)"), this);
     auto* nodeLayout = new QVBoxLayout(nodeBox);

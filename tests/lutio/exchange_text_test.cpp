@@ -61,6 +61,32 @@ TEST(ExchangeText, NumbersAsTheCLibraryHasThem) {
     EXPECT_FALSE(scanWord(in, word));
 }
 
+// The table readers (a batch, and one at a time through icTextIn) against scanU32 one number at
+// a time, over streams of every kind of token in runs of white space that cross the batch
+// reader's 64-byte blocks.
+TEST(ExchangeText, TableReadersReadAsScanU32) {
+    const char* tokens[] = {"7",  "65535", "12345678", "123456789",     "4294967295", "4294967296",
+                            "+5", "+-5",   "-5",       "0000000000042", "12a",        "x"};
+    std::mt19937 random(11);
+    for (int round = 0; round < 3000; ++round) {
+        std::string text;
+        for (int i = int(random() % 80); i > 0; --i) {
+            text.append(random() % 3, " \n\t\r\v\f"[random() % 6]);
+            text += tokens[random() % (random() % 8 ? 3 : std::size(tokens))];
+        }
+        std::vector<std::uint32_t> expected, single, batch(text.size() + 1);
+        std::uint32_t v = 0;
+        for (std::string_view in = text; scanU32(in, v);)
+            expected.push_back(v);
+        for (icTextIn in(text); in.u32(v);)
+            single.push_back(v);
+        std::string_view in = text;
+        batch.resize(scanU32s(in, batch));
+        ASSERT_EQ(single, expected) << text;
+        ASSERT_EQ(batch, expected) << text;
+    }
+}
+
 TEST(ExchangeText, LinesSplitAsFgetsSplitsThem) {
     std::mt19937 random(3);
     std::string text;

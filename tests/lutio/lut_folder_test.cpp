@@ -120,6 +120,12 @@ TEST(LutFolder, ImportRules) {
     ASSERT_EQ(ImportLut8Folder(lut8, folder8), icOk);
     EXPECT_EQ(lut8.clut, (std::vector<std::uint8_t>{255, 0}));
     EXPECT_EQ(ImportLut8Folder(lut8, exported), icErrFile);
+
+    // A folder's table file is read in pieces that never cut a number: runs longer than a piece.
+    writeText(exported / "clut.txt",
+              "0 " + std::string(300000, '0') + "1" + std::string(300000, ' ') + "1 2 2 3 3 4");
+    ASSERT_EQ(ImportLut16Folder(lut, exported), icOk);
+    EXPECT_EQ(lut.clut, (std::vector<std::uint16_t>{1, 2, 3, 4}));
 }
 
 TEST(LutFolder, ViewerImportTwoPasses) {
