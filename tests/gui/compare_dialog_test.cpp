@@ -3,56 +3,42 @@
 #include "app/compare_dialog.h"
 #include "app/veltrino_dialog.h"
 #include "gui/gui_test.h"
-#include "support/test_support.h"
 
-#include <QApplication>
 #include <QSettings>
-#include <QTest>
-#include <QTimer>
 #include <QTreeWidget>
-
-namespace {
-
-const std::string kSrgbV2 = "/usr/share/color/icc/sRGB.icc";
-const std::string kSrgbV4 = "/usr/share/color/icc/colord/sRGB.icc";
-
-} // namespace
 
 class CompareDialogTest : public QObject {
     Q_OBJECT
 
 private slots:
     void comparesAndOpensTheTagOfASection() {
-        if (!std::filesystem::exists(kSrgbV2) || !std::filesystem::exists(kSrgbV4))
+        if (!std::filesystem::exists(kSrgbV2) || !std::filesystem::exists(kSrgb))
             QSKIP("the two sRGB profiles are not installed");
-        QSettings settings(QString::fromStdString((scratchDir() / "compare.ini").string()),
-                           QSettings::IniFormat);
+        QSettings settings(q((scratchDir() / "compare.ini").string()), QSettings::IniFormat);
         ScriptedPrompts prompts;
         CVeltrinoDlg window(prompts, settings);
-        auto* button = window.findChild<QPushButton*>(QStringLiteral("compareButton"));
+        auto* button = get<QPushButton>(window, "compareButton");
         QVERIFY(!button->isEnabled());
         QVERIFY(window.openProfile(kSrgbV2));
         QVERIFY(button->isEnabled());
 
         QStringList titles;
         QString highlighted;
-        QTimer::singleShot(0, [&] {
-            auto* dialog = qobject_cast<CCompareDlg*>(QApplication::activeModalWidget());
-            QVERIFY(dialog);
-            auto* tree = dialog->findChild<QTreeWidget*>(QStringLiteral("compareTree"));
-            for (int i = 0; i < tree->topLevelItemCount(); ++i)
-                titles << tree->topLevelItem(i)->text(0);
-            QTreeWidgetItem* desc = tree->topLevelItem(
-                titles.indexOf("Tag desc (Profile Description Tag, 'desc' -> 'mluc')"));
-            QVERIFY(desc);
-            for (int i = 0; i < desc->childCount(); ++i)
-                if (desc->child(i)->background(2).style() != Qt::NoBrush)
-                    highlighted += desc->child(i)->text(0) + " ";
-            emit tree->itemDoubleClicked(desc->child(0), 0);
-            dialog->reject();
-        });
-        prompts.answers.push_back(kSrgbV4);
-        button->click();
+        prompts.answers.push_back(kSrgb);
+        QVERIFY(
+            whileOpen<CCompareDlg>([&] { button->click(); },
+                                   [&](CCompareDlg& dialog) {
+                                       auto* tree = get<QTreeWidget>(dialog, "compareTree");
+                                       for (int i = 0; i < tree->topLevelItemCount(); ++i)
+                                           titles << tree->topLevelItem(i)->text(0);
+                                       QTreeWidgetItem* desc = tree->topLevelItem(titles.indexOf(
+                                           "Tag desc (Profile Description Tag, 'desc' -> 'mluc')"));
+                                       QVERIFY(desc);
+                                       for (int i = 0; i < desc->childCount(); ++i)
+                                           if (desc->child(i)->background(2).style() != Qt::NoBrush)
+                                               highlighted += desc->child(i)->text(0) + " ";
+                                       emit tree->itemDoubleClicked(desc->child(0), 0);
+                                   }));
         QCOMPARE(prompts.requests.back().caption, "Compare with an ICC Profile");
         QCOMPARE(titles.mid(0, 2), (QStringList{"Header", "Directory"}));
         QCOMPARE(highlighted, "type ASCII en/US ");
