@@ -27,7 +27,6 @@
 inline const std::string kSrgb = "/usr/share/color/icc/colord/sRGB.icc";
 inline const std::string kSrgbV2 = "/usr/share/color/icc/sRGB.icc";
 inline const std::string kX11 = "/usr/share/color/icc/colord/x11-colors.icc";
-inline const std::string kCrayons = "/usr/share/color/icc/colord/Crayons.icc";
 inline const std::string kCmyk = "/usr/share/color/icc/ghostscript/default_cmyk.icc";
 
 template <class T = QLineEdit> T* get(QWidget& w, const QString& name) {

@@ -385,21 +385,6 @@ private slots:
         QCOMPARE(w.prompts.requests[1].caption, "Save ICC Profile");
     }
 
-    void everyInstalledProfileShowsWhatTheModelsGive() {
-        Window w(*settings);
-        for (const fs::path& file : installedProfiles()) {
-            ScriptedPrompts reference;
-            iccDocument document(reference);
-            const bool opened = document.open(file.string());
-            QCOMPARE(w.dlg.openProfile(file.string()), opened);
-            QCOMPARE(w.prompts.take(), reference.boxes);
-            if (opened) {
-                QCOMPARE(w.fields(), texts(document.headerFields()));
-                QCOMPARE(w.rows(), texts(document.tagRows(false)));
-            }
-        }
-    }
-
     void dataFolderComesFromAndGoesBackToTheSettings() {
         QCOMPARE(loadDataDir(*settings), QDir::home().filePath("icclut"));
         saveDataDir(*settings, QString(300, QLatin1Char('d')));
