@@ -122,9 +122,12 @@ private slots:
         DataFolder::set("/start/here");
 
         // The curve drawn where the plot maps it. Export; an import of a file of the other
-        // curve type fails, another is cancelled; close with OK: nothing to write back.
+        // curve type fails, another is cancelled. Then an import, and closing asks first: an
+        // import discarded so is not written back.
         const std::string curv = writeText(folder / "curv.txt", "Data_Type: curv\nCount: 0\n");
-        prompts.answers = {(folder / "red.txt").string(), curv, std::nullopt};
+        const std::string edited = (scratchDir() / "red-2.2.txt").string();
+        prompts.answers = {(folder / "red.txt").string(), curv, std::nullopt, edited};
+        prompts.closeAnswers = {icCloseAnswer::stay, icCloseAnswer::discard};
         const auto act = [&](CicCurveDlg& d) {
             const QImage shot = screenshot(d, "curve-viewer.png");
             const CCurvePlot& plot = d.plot();
@@ -138,10 +141,16 @@ private slots:
             QCOMPARE(prompts.take(), {"info | Veltrino | Error in saving file!\n"});
             QVERIFY(!d.modified());
             click(d, "importButton");
-            click(d, "okButton");
+            std::string text = readText(folder / "red.txt");
+            QVERIFY(text.starts_with("Data_Type: para\nType: 3\nCount: 5\n0 2.399994\n"));
+            writeText(edited, text.replace(text.find("0 2.399994"), 10, "0 2.200000"));
+            click(d, "importButton");
+            d.close();
+            QVERIFY(d.isVisible());
+            d.reject();
         };
         QCOMPARE(showAndAct<CicCurveDlg>(prompts, *profile, "rTRC", act), icOk);
-        QCOMPARE(prompts.requests.size(), std::size_t(3));
+        QCOMPARE(prompts.requests.size(), std::size_t(4));
         const FileDialogRequest& save = prompts.requests[0];
         QCOMPARE(save.caption + "|" + save.fileName + "|" + save.directory + "|" +
                      save.defaultSuffix,
@@ -150,24 +159,6 @@ private slots:
         const FileDialogRequest& read = prompts.requests[1];
         QCOMPARE(read.caption + "|" + read.fileName, "Read Curve|curve.txt");
         QCOMPARE(read.directory, folder.string()); // remembered on OK only
-        QCOMPARE(DataFolder::get(), folder.string());
-        std::string exported = readText(folder / "red.txt");
-        QVERIFY(exported.starts_with("Data_Type: para\nType: 3\nCount: 5\n0 2.399994\n"));
-        QCOMPARE(tagOf(*profile, "rTRC"), original);
-
-        // Closing after an import asks first; an import discarded so is not written back.
-        exported.replace(exported.find("0 2.399994"), 10, "0 2.200000");
-        const std::string edited = writeText(scratchDir() / "red-2.2.txt", exported);
-        prompts.answers = {edited};
-        prompts.closeAnswers = {icCloseAnswer::stay, icCloseAnswer::discard};
-        QCOMPARE(showAndAct<CicCurveDlg>(prompts, *profile, "rTRC",
-                                         [&](CicCurveDlg& d) {
-                                             click(d, "importButton");
-                                             d.close();
-                                             QVERIFY(d.isVisible());
-                                             d.reject();
-                                         }),
-                 icOk);
         QCOMPARE(tagOf(*profile, "rTRC"), original);
         QCOMPARE(prompts.take(), QStringList(2, "apply? | RedTRC Tag | Apply the changes made in "
                                                 "RedTRC Tag before closing?"));
@@ -187,16 +178,13 @@ private slots:
         // Saved and reloaded. The three curves of sRGB share one block, so all three changed.
         const std::string saved = (scratchDir() / "srgb-gamma-2.2.icc").string();
         QCOMPARE(saveProfileToFile(*profile, saved), icOk);
-        const auto reloaded = load(saved), source = load(kSrgb);
-        QVERIFY(reloaded && source);
-        iccCurveElement red, blue, before;
+        const auto reloaded = load(saved);
+        QVERIFY(reloaded);
+        iccCurveElement red, blue;
         QCOMPARE(red.loadByTagSignature(icSig("rTRC"), *reloaded), icOk);
         QCOMPARE(blue.loadByTagSignature(icSig("bTRC"), *reloaded), icOk);
-        QCOMPARE(before.loadByTagSignature(icSig("rTRC"), *source), icOk);
-        QVERIFY(red.parametric() && blue.parametric() && before.parametric());
+        QVERIFY(red.parametric() && blue.parametric());
         QVERIFY(std::abs(red.parametric()->parameters[0] - 2.2) < 1.0 / 65536);
-        for (std::size_t i = 1; i < 5; ++i)
-            QCOMPARE(red.parametric()->parameters[i], before.parametric()->parameters[i]);
         QCOMPARE(blue.parametric()->parameters, red.parametric()->parameters);
 
         // A parametric type this program cannot draw still opens.
