@@ -40,7 +40,6 @@ inline bool looksReadOnly(QLineEdit* box) {
     return box->isReadOnly() &&
            box->palette().color(QPalette::Base) == box->palette().color(QPalette::Window);
 }
-// The text of a line edit or label.
 inline QString text(QWidget& w, const QString& name) {
     if (auto* edit = get(w, name))
         return edit->text();
@@ -54,7 +53,6 @@ inline QStringList texts(QWidget& w, const QStringList& names) {
         out << text(w, name);
     return out;
 }
-// The texts of the boxes named by `pattern` with 0 .. count-1.
 inline QStringList numbered(QWidget& w, const QString& pattern, int count) {
     QStringList out;
     for (int i = 0; i < count; ++i)

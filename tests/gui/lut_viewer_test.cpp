@@ -102,7 +102,6 @@ std::string profileWith(const std::string& name, icSignature tagSig, const Bytes
     return writeBytes(scratchDir() / name, b.build());
 }
 
-// One scroll request on a bar and the node index it must lead to.
 struct Step {
     int channel;
     QAbstractSlider::SliderAction action;

@@ -1,6 +1,7 @@
 // Whole sessions of the main window, offscreen: start-up, Browse, Modify, Save As, closing and
 // opening tags, with scripted file dialogs and every box read back; then its small dialogs.
 #include "app/about_dialog.h"
+#include "app/compare_dialog.h"
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"
 #include "app/veltrino_app.h"
@@ -378,6 +379,37 @@ private slots:
         QTest::keyClick(&w.dlg, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(w.prompts.requests.size(), std::size_t(2));
         QCOMPARE(w.prompts.requests[1].caption, "Save ICC Profile");
+    }
+
+    // "Compare with...": the second profile asked for, the comparison tree with its highlighted
+    // values, and a double click on a tag section opening that tag.
+    void compareWithAnotherProfile() {
+        if (!fs::exists(kSrgbV2))
+            QSKIP("the version 2 sRGB profile is not installed");
+        Window w(*settings);
+        QVERIFY(!w.get("compareButton")->isEnabled());
+        QVERIFY(w.dlg.openProfile(kSrgbV2));
+        QStringList titles;
+        QString highlighted;
+        w.prompts.answers.push_back(kSrgb);
+        QVERIFY(
+            whileOpen<CCompareDlg>([&] { w.get("compareButton")->click(); },
+                                   [&](CCompareDlg& d) {
+                                       auto* tree = get<QTreeWidget>(d, "compareTree");
+                                       for (int i = 0; i < tree->topLevelItemCount(); ++i)
+                                           titles << tree->topLevelItem(i)->text(0);
+                                       QTreeWidgetItem* desc = tree->topLevelItem(titles.indexOf(
+                                           "Tag desc (Profile Description Tag, 'desc' -> 'mluc')"));
+                                       QVERIFY(desc);
+                                       for (int i = 0; i < desc->childCount(); ++i)
+                                           if (desc->child(i)->background(2).style() != Qt::NoBrush)
+                                               highlighted += desc->child(i)->text(0) + " ";
+                                       emit tree->itemDoubleClicked(desc->child(0), 0);
+                                   }));
+        QCOMPARE(w.prompts.requests.back().caption, "Compare with an ICC Profile");
+        QCOMPARE(titles.mid(0, 2), (QStringList{"Header", "Directory"}));
+        QCOMPARE(highlighted, "type ASCII en/US ");
+        QCOMPARE(w.prompts.take(), QStringList{"info | Profile Description Tag | sRGB"});
     }
 
     void dataFolderComesFromAndGoesBackToTheSettings() {
