@@ -451,8 +451,6 @@ private slots:
     }
 };
 
-namespace {
-const bool registered = registerGuiTest<ViewerDialogsTest>();
-}
+[[maybe_unused]] const bool registered = registerGuiTest<ViewerDialogsTest>();
 
 #include "viewer_dialogs_test.moc"
