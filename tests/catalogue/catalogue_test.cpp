@@ -38,8 +38,9 @@ TEST(ShowTag, FixedBoxesAndHexDumps) {
 
     // Sixteen bytes a line; only letters and digits are shown as they are. (A short last line is
     // filled with zeros, as the command-line tests show.)
-    Bytes payload = {'A', ' ', 'z', '!', '0', '9', 0x7F, 0xE9, 1, 2, 0xAB, 'x'};
-    payload.resize(24, '.');
+    Bytes payload(24, '.');
+    std::ranges::copy(Bytes{'A', ' ', 'z', '!', '0', '9', 0x7F, 0xE9, 1, 2, 0xAB, 'x'},
+                      payload.begin());
     EXPECT_EQ(showOne(icSig("bfd "), tagBytes(icSig("ucrb"), payload)).shown,
               (std::vector<Shown>{{"viewer hexdump", "Private or Unsupported Tag",
                                    "00000000    75 63 72 62 00 00 00 00 - 41 20 7A 21 30 39 7F E9 "
