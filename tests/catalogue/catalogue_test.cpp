@@ -39,8 +39,8 @@ TEST(ShowTag, FixedBoxesAndHexDumps) {
     // Sixteen bytes a line; only letters and digits are shown as they are. (A short last line is
     // filled with zeros, as the command-line tests show.)
     Bytes payload(24, '.');
-    const Bytes head = {'A', ' ', 'z', '!', '0', '9', 0x7F, 0xE9, 1, 2, 0xAB, 'x'};
-    std::copy(head.begin(), head.end(), payload.begin());
+    std::ranges::copy(Bytes{'A', ' ', 'z', '!', '0', '9', 0x7F, 0xE9, 1, 2, 0xAB, 'x'},
+                      payload.begin());
     EXPECT_EQ(showOne(icSig("bfd "), tagBytes(icSig("ucrb"), payload)).shown,
               (std::vector<Shown>{{"viewer hexdump", "Private or Unsupported Tag",
                                    "00000000    75 63 72 62 00 00 00 00 - 41 20 7A 21 30 39 7F E9 "

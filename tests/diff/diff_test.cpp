@@ -1,13 +1,11 @@
 // Comparing two profiles: every installed profile against itself and its saved copy, each kind
 // of tag on small built pairs, one CLUT node changed through export and import, a version 2 /
 // version 4 pair, and the diff command's exit statuses.
+#include "catalogue/catalogue_testing.h"
 #include "diff/profile_diff.h"
-#include "support/test_support.h"
-#include "tagtypes/lut16_type.h"
-#include "tagtypes/lut_atob_type.h"
+#include "support/lcms_testing.h"
 #include "tagtypes/profile_save.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -38,20 +36,6 @@ const icDiffSection* find(const icProfileDiff& diff, const std::string& title) {
         if (s.title.starts_with(title))
             return &s;
     return nullptr;
-}
-
-Bytes be(std::initializer_list<std::uint32_t> words, int width = 4) {
-    Bytes out;
-    for (std::uint32_t w : words)
-        for (int shift = 8 * (width - 1); shift >= 0; shift -= 8)
-            out.push_back(static_cast<std::uint8_t>(w >> shift));
-    return out;
-}
-
-Bytes curv(std::initializer_list<std::uint32_t> values) {
-    Bytes payload = be({static_cast<std::uint32_t>(values.size())}), table = be(values, 2);
-    payload.insert(payload.end(), table.begin(), table.end());
-    return tagBytes(icSig("curv"), payload);
 }
 
 Bytes lut16(double matrixE1, std::uint16_t lastInputEntry) {
@@ -97,30 +81,26 @@ struct TagCase {
 };
 
 TEST(ProfileDiff, TagsOfEachKind) {
-    const Bytes xyz = tagBytes(icSig("XYZ "), be({63190, 65536, 54061}));
+    const Bytes xyz = wordTag(icSig("XYZ "), {63190, 65536, 54061});
     Bytes xyzReserved = xyz;
     xyzReserved[4] = 1;
     const TagCase cases[] = {
         {"XYZ by one step",
          xyz,
-         tagBytes(icSig("XYZ "), be({63191, 65536, 54061})),
+         wordTag(icSig("XYZ "), {63191, 65536, 54061}),
          0,
          {"X: 0.964203 -> 0.964218 (delta +0.000015)"}},
-        {"XYZ within tolerance",
-         xyz,
-         tagBytes(icSig("XYZ "), be({63191, 65536, 54061})),
-         0.0001,
-         {}},
+        {"XYZ within tolerance", xyz, wordTag(icSig("XYZ "), {63191, 65536, 54061}), 0.0001, {}},
         {"XYZ reserved byte", xyz, xyzReserved, 0, {"bytes: 1 of 20 differ, first at offset 4"}},
         {"curves of other lengths",
-         curv({0, 65535}),
-         curv({0, 30000, 65535}),
+         curvTag({0, 65535}),
+         curvTag({0, 30000, 65535}),
          0,
          {"curve: 2 points -> 3 points",
           "curve values: 32767.5 -> 30000 (max difference 2767.5 at point 1 of 3, mean 922.5)"}},
         {"identity as a parametric curve",
-         tagBytes(icSig("curv"), be({0})),
-         tagBytes(icSig("para"), be({0, 65536})),
+         curvTag({}),
+         wordTag(icSig("para"), {0, 65536}),
          0,
          {"type: 'curv' -> 'para'",
           "curve: identity -> parametric type 0: 1 (same values on 4096 points)"}},
@@ -151,7 +131,7 @@ TEST(ProfileDiff, TagsOfEachKind) {
 }
 
 TEST(ProfileDiff, HeaderAndDirectory) {
-    const Bytes xyz = tagBytes(icSig("XYZ "), be({1, 2, 3}));
+    const Bytes xyz = wordTag(icSig("XYZ "), {1, 2, 3});
     ProfileBuilder a, b;
     a.tag(icSig("desc"), textTag("x")).tag(icSig("wtpt"), xyz).entry(icSig("bkpt"), 180, 20);
     b.header.renderingIntent = 2;
@@ -201,27 +181,6 @@ TEST(ProfileDiff, VersionTwoAgainstVersionFour) {
     EXPECT_EQ(trc->entries.back().detail, "values within the tolerance");
 }
 
-// An 'mAB ' with A curves, a 3x4x5 CLUT of three 16-bit outputs and B curves, in a version 4
-// profile.
-std::string mlutProfile() {
-    iccMlutType lut;
-    EXPECT_EQ(lut.createLayout(iccMlutType::kAToB, 3, 3, {true, false, false, true, true}), icOk);
-    for (auto* set : {&lut.aCurves, &lut.bCurves})
-        for (iccCurveElement& curve : **set)
-            EXPECT_EQ(curve.buildCurve(0), icOk);
-    EXPECT_EQ(lut.clut->init(3, 3, 2, std::vector<std::uint8_t>{3, 4, 5}), icOk);
-    for (std::uint32_t i = 0; i < lut.clut->valueCount(); ++i)
-        EXPECT_EQ(lut.clut->setValue(i, i * 331), icOk);
-    EXPECT_EQ(lut.rebuild(), icOk);
-    iccProfileRW profile;
-    profile.header().version = 0x04300000;
-    EXPECT_EQ(setDescription(profile, "mAB"), icOk);
-    EXPECT_EQ(profile.setTagData(icSig("A2B0"), lut.raw()), icOk);
-    const std::string path = (scratchDir() / "diff-mab.icc").string();
-    EXPECT_EQ(saveProfileToFile(profile, path), icOk);
-    return path;
-}
-
 // Exported, one line of clut.txt edited, imported: the diff names exactly that node.
 TEST(ProfileDiff, ClutNodeChangedThroughImport) {
     struct Case {
@@ -232,7 +191,11 @@ TEST(ProfileDiff, ClutNodeChangedThroughImport) {
     };
     const Case cases[] = {
         {"/usr/share/color/icc/ghostscript/default_cmyk.icc", 1000, {1, 3, 3, 1}, {"A2B1", "A2B2"}},
-        {mlutProfile(), 37, {1, 3, 2}, {}},
+        // An 'mAB ' of Little CMS: A curves, a 9x5x3 CLUT of three outputs, B curves.
+        {writeBytes(scratchDir() / "diff-mab.icc", lcmsProfile({{cmsSigAToB0Tag, 3, "c3c"}})),
+         37,
+         {2, 2, 1},
+         {}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.profile);

@@ -1,15 +1,21 @@
-// A prompt service for the offscreen window tests: file dialogs answer from a script, and every
-// box, hex dump and about box is recorded.
+// What the offscreen window tests share: a prompt service whose file dialogs answer from a script
+// and which records every box, hex dump and about box (the viewers are the real ones), a way to
+// act on a modal dialog while it is up, and the installed profiles the tests open.
 #pragma once
 
-#include "document/prompt_service.h"
+#include "app/qt_presenter.h"
+#include "profile/profile.h"
+#include "support/test_support.h"
 #include "viewers/dump_clut_dialog.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QObject>
 #include <QPushButton>
 #include <QStringList>
+#include <QTest>
+#include <QTimer>
 
 #include <deque>
 #include <functional>
@@ -18,15 +24,22 @@
 #include <utility>
 #include <vector>
 
+inline const std::string kSrgb = "/usr/share/color/icc/colord/sRGB.icc";
+inline const std::string kSrgbV2 = "/usr/share/color/icc/sRGB.icc";
+inline const std::string kX11 = "/usr/share/color/icc/colord/x11-colors.icc";
+inline const std::string kCmyk = "/usr/share/color/icc/ghostscript/default_cmyk.icc";
+
 template <class T = QLineEdit> T* get(QWidget& w, const QString& name) {
     return w.findChild<T*>(name);
+}
+inline void click(QWidget& w, const QString& button) {
+    get<QPushButton>(w, button)->click();
 }
 // Read-only and looking it: the window's background, not an edit box's.
 inline bool looksReadOnly(QLineEdit* box) {
     return box->isReadOnly() &&
            box->palette().color(QPalette::Base) == box->palette().color(QPalette::Window);
 }
-// The text of a line edit or label.
 inline QString text(QWidget& w, const QString& name) {
     if (auto* edit = get(w, name))
         return edit->text();
@@ -34,8 +47,55 @@ inline QString text(QWidget& w, const QString& name) {
         return label->text();
     return "<no " + name + ">";
 }
+inline QStringList texts(QWidget& w, const QStringList& names) {
+    QStringList out;
+    for (const QString& name : names)
+        out << text(w, name);
+    return out;
+}
+inline QStringList numbered(QWidget& w, const QString& pattern, int count) {
+    QStringList out;
+    for (int i = 0; i < count; ++i)
+        out << text(w, pattern.arg(i));
+    return out;
+}
+inline QString q(const std::string& s) {
+    return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size()));
+}
+inline QStringList q(const std::vector<std::string>& lines) {
+    QStringList out;
+    for (const std::string& line : lines)
+        out << q(line);
+    return out;
+}
 
-class ScriptedPrompts : public PromptService {
+inline std::unique_ptr<iccProfileRW> load(const std::string& path) {
+    auto profile = std::make_unique<iccProfileRW>();
+    return profile->loadFromFile(path) == icOk ? std::move(profile) : nullptr;
+}
+
+// Runs `open`, which brings up a modal Dialog, and `act` on that dialog once it is up; a dialog
+// that `act` leaves open is cancelled, so a failed check never hangs the run. Whether it came up.
+template <class Dialog, class Open, class Act> bool whileOpen(Open&& open, Act&& act) {
+    bool seen = false;
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* dialog = qobject_cast<Dialog*>(w); dialog && dialog->isVisible()) {
+                seen = true;
+                act(*dialog);
+                if (dialog->isVisible())
+                    dialog->done(QDialog::Rejected);
+                return;
+            }
+    });
+    timer.start(0);
+    open();
+    return seen;
+}
+
+class ScriptedPrompts : public QtPresenter {
 public:
     void messageBox(icBoxKind kind, std::string_view caption, std::string_view text) override {
         static const char* kinds[] = {"info", "warning", "stop"};
@@ -56,10 +116,10 @@ public:
         boxes.back().replace(0, 4, keep == icKeepButton::save ? "save?" : "apply?");
         return next(closeAnswers, icCloseAnswer::discard);
     }
-    // The XYZ viewer closes with OK after `xyzEdit`, when one is set, had the values.
-    icViewerResult xyzViewer(std::string_view, iccXYZType& xyz) override {
+    // With `xyzEdit` set, the XYZ viewer closes with OK after it had the values.
+    icViewerResult xyzViewer(std::string_view caption, iccXYZType& xyz) override {
         if (!xyzEdit)
-            return {};
+            return QtPresenter::xyzViewer(caption, xyz);
         xyzEdit(xyz);
         return {true, true, icOk};
     }
@@ -74,15 +134,12 @@ public:
     // on opening is kept.
     std::optional<std::string> askClutFolder(std::uint32_t mode) override {
         CDumpCLUT dialog(mode);
-        auto* box = dialog.findChild<QLineEdit*>(QStringLiteral("folderEdit"));
+        auto* box = get(dialog, QStringLiteral("folderEdit"));
         clutFolderRequests.push_back({mode, box->text().toStdString()});
         const std::optional<std::string> folder = next(clutFolders, std::optional<std::string>());
         if (folder)
             box->setText(QString::fromStdString(*folder));
-        dialog
-            .findChild<QPushButton*>(folder ? QStringLiteral("okButton")
-                                            : QStringLiteral("cancelButton"))
-            ->click();
+        click(dialog, folder ? QStringLiteral("okButton") : QStringLiteral("cancelButton"));
         if (dialog.result() != QDialog::Accepted)
             return std::nullopt;
         return dialog.folder();
@@ -118,6 +175,19 @@ private:
         return first;
     }
 };
+
+// Where a screenshot of a dialog is kept: the scratch folder, and the folder in
+// VELTRINO_SCREENSHOT_DIR when that is set (the pictures of the documentation).
+inline QImage screenshot(QWidget& dialog, const char* name) {
+    dialog.show();
+    if (!QTest::qWaitForWindowExposed(&dialog))
+        return {};
+    const QImage image = dialog.grab().toImage();
+    image.save(QString::fromStdString((scratchDir() / name).string()));
+    if (const QByteArray dir = qgetenv("VELTRINO_SCREENSHOT_DIR"); !dir.isEmpty())
+        image.save(QString::fromLocal8Bit(dir) + '/' + name);
+    return image;
+}
 
 // Test classes of the other files of gui_tests register here (a static
 // `const bool registered = registerGuiTest<MyTest>();`); main() runs them after its own.

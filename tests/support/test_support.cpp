@@ -124,11 +124,6 @@ Bytes ProfileBuilder::build(bool keepSize) const {
 
 namespace {
 
-std::string slurp(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 std::string shellQuote(const std::string& s) {
     std::string quoted = "'";
     for (char c : s)
@@ -150,8 +145,8 @@ CliResult runCli(const std::vector<std::string>& args) {
     const int status = std::system(command.c_str());
     CliResult result;
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.out = slurp(out);
-    result.err = slurp(err);
+    result.out = readText(out);
+    result.err = readText(err);
     return result;
 }
 
