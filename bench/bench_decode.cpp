@@ -178,13 +178,10 @@ bool writeWithoutId(const std::string& path, const std::string& copy) {
 } // namespace
 
 int main(int argc, char** argv) {
-    keepLargeBlocksForReuse();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    const auto started = startBenchmarks(argc, argv, "decode");
+    if (!started)
         return 2;
-    const fs::path dir =
-        fs::temp_directory_path() / ("veltrino-bench-decode-" + std::to_string(getpid()));
-    fs::create_directories(dir);
+    const fs::path dir = *started;
     const std::string path = (dir / "tables.icc").string();
     const std::string cmyk = (dir / "cmyk.icc").string();
     if (!writeLargeProfile(path) || !bench::writeCmykProfile(cmyk)) {

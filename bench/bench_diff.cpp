@@ -97,12 +97,10 @@ void diffBoth(benchmark::State& state, const std::string& a, const std::string& 
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    const auto started = startBenchmarks(argc, argv, "diff");
+    if (!started)
         return 2;
-    const fs::path dir =
-        fs::temp_directory_path() / ("veltrino-bench-diff-" + std::to_string(getpid()));
-    fs::create_directories(dir);
+    const fs::path dir = *started;
     const std::string a = (dir / "a.icc").string(), b = (dir / "b.icc").string();
     if (!writeCmykProfile(a, -1) || !writeCmykProfile(b, 500000) ||
         fs::file_size(a) < kMinProfileSize) {

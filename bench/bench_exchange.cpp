@@ -188,14 +188,10 @@ std::optional<double> printPair(const BestTimes& times, const char* ours, const 
 } // namespace
 
 int main(int argc, char** argv) {
-    keepLargeBlocksForReuse();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    const auto started = startBenchmarks(argc, argv, "exchange");
+    if (!started)
         return 2;
-
-    const fs::path dir =
-        fs::temp_directory_path() / ("veltrino-bench-exchange-" + std::to_string(getpid()));
-    fs::create_directories(dir);
+    const fs::path dir = *started;
     const Paths paths{(dir / "cmyk.icc").string(), (dir / "cmyk-v2.icc").string(), dir / "A2B0",
                       (dir / "imported.icc").string()};
     if (!bench::writeCmykProfile(paths.profile) ||

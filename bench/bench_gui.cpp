@@ -213,17 +213,13 @@ void stepMlut(benchmark::State& state, Context& context) {
 } // namespace
 
 int main(int argc, char** argv) {
-    keepLargeBlocksForReuse();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    const auto started = startBenchmarks(argc, argv, "gui");
+    if (!started)
         return 2;
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-
-    const fs::path dir =
-        fs::temp_directory_path() / ("veltrino-bench-gui-" + std::to_string(getpid()));
-    fs::create_directories(dir);
+    const fs::path dir = *started;
     Context context;
     context.profile = (dir / "cmyk.icc").string();
     if (!bench::writeCmykProfile(context.profile)) {

@@ -147,13 +147,10 @@ void saveMd5(benchmark::State& state, const std::string& path) {
 } // namespace
 
 int main(int argc, char** argv) {
-    keepLargeBlocksForReuse();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    const auto started = startBenchmarks(argc, argv, "profile");
+    if (!started)
         return 2;
-
-    const fs::path dir = fs::temp_directory_path() / ("veltrino-bench-" + std::to_string(getpid()));
-    fs::create_directories(dir);
+    const fs::path dir = *started;
     const std::string path = (dir / "cmyk.icc").string();
     if (!bench::writeCmykProfile(path)) {
         std::fprintf(stderr, "could not write the CMYK profile at %s\n", path.c_str());

@@ -4,6 +4,8 @@
 // process.
 #pragma once
 
+#include "document/memory_policy.h"
+
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -12,6 +14,7 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
@@ -110,4 +113,18 @@ template <class Work> ChildPeak measureChildPeak(Work work) {
     result.peakKb = children.ru_maxrss;
     result.ok = WIFEXITED(status) && WEXITSTATUS(status) == 0;
     return result;
+}
+
+// The start every benchmark program shares: the programs' allocator policy, Google Benchmark's
+// arguments and a fresh scratch folder named after the program. Nothing for wrong arguments.
+inline std::optional<std::filesystem::path> startBenchmarks(int& argc, char** argv,
+                                                            const std::string& name) {
+    keepLargeBlocksForReuse();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return std::nullopt;
+    const auto dir = std::filesystem::temp_directory_path() /
+                     ("veltrino-bench-" + name + "-" + std::to_string(getpid()));
+    std::filesystem::create_directories(dir);
+    return dir;
 }
