@@ -14,13 +14,8 @@
 #include "viewers/lut_property_sheet.h"
 #include "viewers/mlut_property_sheet.h"
 
-#include <QProgressDialog>
 #include <QScrollBar>
 #include <QTabWidget>
-
-#include <atomic>
-#include <chrono>
-#include <thread>
 
 namespace fs = std::filesystem;
 
@@ -324,44 +319,6 @@ private slots:
         QCOMPARE(text(*sheet.pages()->currentWidget(), "value0"), "0");
     }
 
-    void mlutEveryElementCombination() {
-        // B curves always; M curves with the matrix; A curves with the CLUT; each present once.
-        for (const icMlutElements e : {icMlutElements{true, true, true, false, false},
-                                       icMlutElements{true, false, false, true, true}}) {
-            Session s(profileWith("mab-combo.icc", icSig("A2B1"),
-                                  mlutTag(iccMlutType::kAToB, e, {3, 2}, 2)));
-            QVERIFY(s.show<CLutB2APropertySheet>("A2B1", [&](CLutB2APropertySheet& sheet) {
-                QCOMPARE(sheet.windowTitle(), "AToB1 Tag");
-                QTabWidget* pages = sheet.pages();
-                QCOMPARE(tabs(pages),
-                         (QStringList{"LUT Info", "\"B\" Curve", "Matrix", "\"M\" Curve",
-                                      "Multidimensional LUT", "\"A\" Curve"}));
-                QCOMPARE(text(*pages->widget(2), "matrix1"), e.matrix ? "-0.75" : "N/A");
-                // Each curve page plots its set with numbered labels, or is the empty plot.
-                for (const auto& [page, present, label] :
-                     {std::tuple{1, e.bCurves, "#1: gamma=2.2"},
-                      {3, e.mCurves, "#1: 3 points"},
-                      {5, e.aCurves, "#1: gamma=1.8"}}) {
-                    pages->setCurrentIndex(page);
-                    const icCurvePlotData& data =
-                        get<CCurvePlot>(*pages->widget(page), "curvePlot")->data();
-                    QCOMPARE(data.curves.size(), present ? std::size_t(2) : std::size_t(0));
-                    if (present)
-                        QCOMPARE(data.labels[1], label);
-                }
-                pages->setCurrentIndex(4);
-                QWidget& clut = *pages->widget(4);
-                QCOMPARE(nodeBar(clut, 0)->isEnabled(), e.clut);
-                QCOMPARE(visibleBars(clut), e.clut ? 2 : 12);
-                QCOMPARE(text(clut, "precisionValue"), e.clut ? "16-bit/channel" : "");
-                if (e.clut)
-                    QCOMPARE(texts(clut, {"nodeRange0", "nodeRange1", "value0", "value1"}),
-                             (QStringList{"2", "1", "0 (0)", "37 (0)"}));
-            }));
-            QCOMPARE(s.prompts.take(), QStringList());
-        }
-    }
-
     void mlutNodesWarningAndExchange() {
         // 'mAB ' over grid 9, 17, 17: every bar runs to 8, each label says its own end.
         const Bytes bytes = mlutTag(iccMlutType::kAToB, {true, true, true, true, true});
@@ -425,6 +382,7 @@ private slots:
         ScriptedPrompts prompts;
         CLutB2APropertySheet sheet(wide, "", prompts);
         QCOMPARE(text(sheet, "typeLabel"), "lutBToAType:");
+        QCOMPARE(text(*sheet.pages()->widget(2), "matrix1"), "N/A"); // no matrix, no M curves
         sheet.pages()->setCurrentIndex(4);
         QCOMPARE(prompts.take(), {"stop | Veltrino | Error: Input channels or output channels are "
                                   "greater than 12. \nThe program will not work correctly."});
@@ -443,51 +401,10 @@ private slots:
         QVERIFY(s.prompts.dumps.empty());
     }
 
-    void folderDialogModes() {
-        DataFolder::set("/data/luts");
-        const QStringList rows{"headerFile",      "firstCurveRow", "firstCurveFile",
-                               "clutFile",        "matrixFile",    "secondCurveRow",
-                               "secondCurveFile", "mCurveRow",     "mCurveFile"};
-        CDumpCLUT lut(2);
-        QCOMPARE(lut.windowTitle(), "Import/Export CLUT");
-        QCOMPARE(text(lut, "folderEdit"), "/data/luts");
-        QVERIFY(!get<QPushButton>(lut, "browseButton")->isEnabled());
-        QCOMPARE(
-            texts(lut, rows),
-            (QStringList{"header.txt", "Input Curve", "InputCurves.txt", "CLUT.txt", "Matrix.txt",
-                         "Output Curve", "OutputCurves.txt", "\"M\" Curve", "Not Available"}));
-        CDumpCLUT mab(4);
-        QCOMPARE(texts(mab, rows),
-                 (QStringList{"header.txt", "\"B\" Curve", "BCurve.txt", "CLUT.txt", "Matrix.txt",
-                              "\"A\" Curve", "ACurve.txt", "\"M\" Curve", "MCurve.txt"}));
-        get(lut, "folderEdit")->setText("/elsewhere");
-        click(lut, "cancelButton");
-        QCOMPARE(DataFolder::get(), "/data/luts");
-    }
-
-    void busyIndicatorKeepsTheWindowResponsive() {
-        // The work waits until the window's thread has seen the indicator, which it can only do
-        // while the work runs.
-        std::atomic<bool> seen{false};
-        QTimer poll;
-        poll.setInterval(5);
-        connect(&poll, &QTimer::timeout, [&] {
-            for (QWidget* w : QApplication::topLevelWidgets())
-                if (auto* busy = qobject_cast<QProgressDialog*>(w);
-                    busy && busy->objectName() == kExchangeProgressName && busy->isVisible())
-                    seen = true;
-        });
-        poll.start();
-        QWidget owner;
-        runWithBusyIndicator(
-            &owner, "Working...",
-            [&] {
-                for (int i = 0; i < 2000 && !seen; ++i)
-                    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-            },
-            0);
-        QVERIFY(seen);
-        QVERIFY(owner.findChildren<QProgressDialog*>().isEmpty());
+    void folderDialogNamesTheLutFiles() {
+        CDumpCLUT lut(kClutFolderLutMode);
+        QCOMPARE(texts(lut, {"firstCurveFile", "mCurveFile"}),
+                 (QStringList{"InputCurves.txt", "Not Available"}));
     }
 };
 
