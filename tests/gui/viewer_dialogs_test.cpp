@@ -217,16 +217,6 @@ private slots:
         const icPlotPoint middle = m.map(0.5, 65535 / 2.0);
         QVERIFY(darkPixels(render({}), QRect(int(middle.x) - 40, int(middle.y) - 8, 80, 16)) > 20);
 
-        // A resized plot maps onto its new size.
-        CCurvePlot plot;
-        plot.setData(data);
-        for (const QSize size : {QSize(300, 220), QSize(700, 500)}) {
-            plot.resize(size);
-            const icPlotMapping sized = curvePlotMapping(QRectF(plot.rect()), data);
-            QVERIFY(lineAt(plot.grab().toImage(), sized.map(0.8, 0.8 * 65535), curvePlotColor(0, 2),
-                           10));
-        }
-
         // A table's plot: three channels holding the same ramp, as the RGB outputs of many 8-bit
         // tables do. Along the row of value 128 each channel shows in a column of its own, left
         // to right as the shifts go.
@@ -432,14 +422,6 @@ private slots:
             bar->setSliderPosition(29);
             bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
             QCOMPARE(shownRecord(d), q(reference.recordLines(30)));
-
-            // The list scrolls sideways over its widest line when the window is narrow.
-            d.resize(260, 400);
-            QTest::qWait(50);
-            auto* list = get<QListWidget>(d, "dumpList");
-            const int widest = list->fontMetrics().horizontalAdvance(list->item(0)->text());
-            QVERIFY(list->horizontalScrollBar()->maximum() > 0);
-            QVERIFY(list->horizontalScrollBar()->maximum() + list->viewport()->width() >= widest);
         };
         QCOMPARE(showAndAct<CulmcDlg>(prompts, *profile, "cprt", act), icOk);
 
