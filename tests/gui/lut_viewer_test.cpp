@@ -402,7 +402,7 @@ private slots:
     }
 
     void folderDialogNamesTheLutFiles() {
-        CDumpCLUT lut(kClutFolderLutMode);
+        CDumpCLUT lut(2); // the lut8/lut16 sheets' mode
         QCOMPARE(texts(lut, {"firstCurveFile", "mCurveFile"}),
                  (QStringList{"InputCurves.txt", "Not Available"}));
     }
