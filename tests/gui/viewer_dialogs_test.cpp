@@ -1,10 +1,8 @@
 // The curve, XYZ, named colour and localized-string viewers offscreen: opened from the catalogue
-// on installed profiles with scripted file dialogs, their write-back saved and reloaded, and
-// their plots checked pixel by pixel.
+// on installed profiles with scripted file dialogs and their write-back, plots pixel by pixel.
 #include "catalogue/catalogue_testing.h"
 #include "document/settings_model.h"
 #include "gui/gui_test.h"
-#include "tagtypes/profile_save.h"
 #include "viewers/chromaticity_diagram.h"
 #include "viewers/curve_dialog.h"
 #include "viewers/curve_plot.h"
@@ -175,17 +173,11 @@ private slots:
         QCOMPARE(labels, QStringList{"gamma=2.2;a=0.9479;b=0.05214;c=0.07739;d=0.04045"});
         QCOMPARE(prompts.boxes, QStringList());
 
-        // Saved and reloaded. The three curves of sRGB share one block, so all three changed.
-        const std::string saved = (scratchDir() / "srgb-gamma-2.2.icc").string();
-        QCOMPARE(saveProfileToFile(*profile, saved), icOk);
-        const auto reloaded = load(saved);
-        QVERIFY(reloaded);
-        iccCurveElement red, blue;
-        QCOMPARE(red.loadByTagSignature(icSig("rTRC"), *reloaded), icOk);
-        QCOMPARE(blue.loadByTagSignature(icSig("bTRC"), *reloaded), icOk);
-        QVERIFY(red.parametric() && blue.parametric());
-        QVERIFY(std::abs(red.parametric()->parameters[0] - 2.2) < 1.0 / 65536);
-        QCOMPARE(blue.parametric()->parameters, red.parametric()->parameters);
+        // The three curves of sRGB share one block, so all three changed.
+        iccCurveElement blue;
+        QCOMPARE(blue.loadByTagSignature(icSig("bTRC"), *profile), icOk);
+        QVERIFY(blue.parametric() &&
+                std::abs(blue.parametric()->parameters[0] - 2.2) < 1.0 / 65536);
 
         // A parametric type this program cannot draw still opens.
         iccCurveElement unknown;
@@ -302,12 +294,8 @@ private slots:
         QCOMPARE(prompts.boxes[0],
                  "warning | MediaWhitePoint Tag | Z: \"abc\" is not a number from "
                  "-32768 to 32767.99998. The old value is kept.");
-        const std::string saved = (scratchDir() / "srgb-white.icc").string();
-        QCOMPARE(saveProfileToFile(*profile, saved), icOk);
-        const auto reloaded = load(saved);
-        QVERIFY(reloaded);
         iccXYZType white;
-        QCOMPARE(white.loadByIndex(reloaded->findTag(icSig("wtpt")), *reloaded), icOk);
+        QCOMPARE(white.loadBySignature(icSig("wtpt"), *profile), icOk);
         QVERIFY(white.X == 0.25 && white.Y == 1.0 && white.Z == 0.0);
 
         // Black: the circle is drawn at the fallback chromaticity.
