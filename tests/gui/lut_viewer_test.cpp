@@ -331,10 +331,8 @@ private slots:
         QVERIFY(s.show<CLutB2APropertySheet>("A2B0", [&](CLutB2APropertySheet& sheet) {
             sheet.pages()->setCurrentIndex(4);
             QWidget& clut = *sheet.pages()->currentWidget();
-            QCOMPARE(texts(clut, {"nodeRange0", "nodeRange1", "nodeRange2"}),
-                     (QStringList{"8", "16", "16"}));
-            for (int c = 0; c < 3; ++c)
-                QCOMPARE(nodeBar(clut, c)->maximum(), 8);
+            QCOMPARE(text(clut, "nodeRange2") + " " + QString::number(nodeBar(clut, 2)->maximum()),
+                     "16 8");
             // The arrows walk a channel to its own end, beyond its bar's range.
             const std::uint32_t k = ((1 * 17 + 1) * 17 + 13) * 3, v = tag.clut->value(k);
             walk(clut,
