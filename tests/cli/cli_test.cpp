@@ -1,6 +1,5 @@
-// veltrino-cli end to end: its output for every installed profile against Little CMS's reading
-// of the same header, blocks for every tag of every installed profile and for the tag types they
-// lack, TAG arguments, the boxes and exit statuses of failures, and saving.
+// veltrino-cli end to end: info against Little CMS, dump blocks for installed and built tags, TAG
+// arguments, the boxes and exit statuses of failures, and saving.
 #include "catalogue/catalogue_testing.h"
 #include "support/lcms_testing.h"
 

@@ -1,6 +1,5 @@
-// What the offscreen window tests share: a prompt service whose file dialogs answer from a script
-// and which records every box, hex dump and about box (the viewers are the real ones), a way to
-// act on a modal dialog while it is up, and the installed profiles the tests open.
+// What the offscreen window tests share: prompts answered from a script with every box, dump and
+// about box recorded (the viewers are real), acting on modal dialogs, and the installed profiles.
 #pragma once
 
 #include "app/qt_presenter.h"

@@ -1,6 +1,5 @@
-// The lookup-table sheets and the CLUT folder dialog, offscreen: real and built tables opened
-// through the catalogue, node stepping, "Accept Change", export and import through the scripted
-// folder dialog, and the write-back after OK.
+// The lookup-table sheets offscreen: real and built tables opened through the catalogue, node
+// stepping, "Accept Change", export and import through the CLUT folder dialog, and write-back.
 #include "catalogue/catalogue.h"
 #include "document/document.h"
 #include "document/settings_model.h"

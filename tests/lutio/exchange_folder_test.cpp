@@ -1,6 +1,5 @@
-// The lookup-table exchange folders: lut8/lut16 and lutAToB/lutBToA. The exact files written,
-// the reading rules of each file and their looseness, the layout at the stored offsets, and the
-// viewers' two-pass imports with their boxes.
+// The lut8/lut16 and lutAToB/lutBToA exchange folders: the exact files written, each file's reading
+// rules, the layout at the stored offsets, and the viewers' two-pass imports with their boxes.
 #include "lutio/exchange_procedures.h"
 #include "lutio/lut_folder.h"
 #include "lutio/mlut_folder.h"

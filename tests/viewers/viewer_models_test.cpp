@@ -1,6 +1,5 @@
-// The viewers' texts and rules without widgets: curve labels, chromaticity and display colour,
-// the lut8/lut16 and lutAToB pages, named colours, localized strings and the large-text window;
-// where the plots put their data, on numbers alone.
+// The viewers' texts and rules without widgets: curves, chromaticity, lut and mlut pages, named
+// colours, localized strings, the large-text line ends, and where the plots put their data.
 #include "catalogue/catalogue_testing.h"
 #include "viewers/hex_dump_model.h"
 #include "viewers/plot_mapping.h"
