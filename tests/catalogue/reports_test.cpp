@@ -115,8 +115,7 @@ TEST(DeviceReports, Screening) {
               "Tag bytes too small.");
 }
 
-// Two platforms: 'MSFT' with one combination of one structure with two values, and an unknown
-// one without combinations.
+// Two platforms: 'MSFT' with one structure of two values, and an unknown one without any.
 Bytes devsTag(std::uint32_t platforms, std::uint32_t values = 2) {
     return wordTag(icSig("devs"), {platforms, icSig("MSFT"), 40, 1, 28, 1, icSig("rsln"), 8, values,
                                    300, 600, icSig("XXXX"), 12, 0});

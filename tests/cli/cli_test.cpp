@@ -225,8 +225,7 @@ TEST(CliDump, TagsBuiltHere) {
     const CliResult result = runCli({"dump", path});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const std::string out = result.out;
-    // The report texts are checked on their own; here the blocks around them: an empty text,
-    // a viewer followed by the box it raises, and a viewer without fields.
+    // The blocks around the reports: an empty text, a viewer and its box, a viewer without fields.
     for (const char* blocks :
          {"=== #5 calt\n--- info | CalibrationDateTime Tag\nDate = 12/31/2000 \n",
           "=== #6 ps2i\n--- info | PS2 Rendering Intent Tag\n\n=== #7 ncl2\n--- viewer namedcolor",

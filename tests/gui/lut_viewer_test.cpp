@@ -103,8 +103,7 @@ struct Step {
 };
 using Node = std::vector<std::uint32_t>;
 
-// Runs the steps on a CLUT page, each index box checked after its step; then the value boxes
-// (their first numbers) must show `values`.
+// Runs the steps on a CLUT page, checking each index box; then the value boxes show `values`.
 void walk(QWidget& page, const std::vector<Step>& steps, const Node& values) {
     for (const Step& s : steps) {
         if (s.action == QAbstractSlider::SliderMove)
@@ -305,8 +304,7 @@ private slots:
         QCOMPARE(after.loadBySignature(icSig("A2B0"), s.document.profile()), icOk);
         QVERIFY(Bytes(after.raw().begin(), after.raw().end()) == before);
 
-        // More inputs than the page has controls for: the warning each time the page comes to the
-        // front, twelve bars, and the page goes on.
+        // More inputs than the page has controls for: the warning, twelve bars, and it goes on.
         iccLut16Type wide;
         QCOMPARE(wide.initialize(15, 2, 1, 2, 2), icOk);
         ScriptedPrompts prompts;
@@ -387,8 +385,7 @@ private slots:
         QCOMPARE(text(*sheet.pages()->currentWidget(), "precisionValue"), "8-bit/channel");
     }
 
-    // colord's named-colour profiles carry an 'mBA ' whose matrix overlaps its B curves: it does
-    // not decode (Little CMS refuses it too), so the failure box is all that shows.
+    // colord's named-colour profiles carry an 'mBA ' that does not decode: only the failure box.
     void malformedRealMbaShowsOnlyTheFailure() {
         if (!fs::exists(kX11))
             QSKIP("colord's x11-colors.icc is not installed");

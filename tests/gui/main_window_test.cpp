@@ -363,8 +363,7 @@ private slots:
         QCOMPARE(w.prompts.requests[1].caption, "Save ICC Profile");
     }
 
-    // "Compare with...": the second profile asked for, the comparison tree with its highlighted
-    // values, and a double click on a tag section opening that tag.
+    // "Compare with...": the tree with its highlighted values; a double click opens that tag.
     void compareWithAnotherProfile() {
         if (!fs::exists(kSrgbV2))
             QSKIP("the version 2 sRGB profile is not installed");

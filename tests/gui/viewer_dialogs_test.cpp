@@ -21,8 +21,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Shows tag `sig` through the catalogue and runs `act` on the viewer while it is up; a viewer
-// that never came up is a failure.
+// Shows tag `sig` through the catalogue, running `act` on its viewer; no viewer is a failure.
 template <class Dialog, class Act>
 icStatus showAndAct(Presenter& presenter, iccProfileRW& profile, const char (&sig)[5], Act act) {
     icStatus status = icErrGeneral;
@@ -41,8 +40,7 @@ bool near(QColor a, QColor b, int tolerance = 40) {
            std::abs(a.green() - b.green()) <= tolerance &&
            std::abs(a.blue() - b.blue()) <= tolerance;
 }
-// Whether a line of that colour passes through the pixel at `p` or one beside it: antialiased
-// lines at fractional positions cover no single pixel fully.
+// Whether a line of that colour passes through `p` or a pixel beside it (lines are antialiased).
 bool lineAt(const QImage& image, icPlotPoint p, QColor color, int tolerance, QPoint offset = {}) {
     for (int dy = -1; dy <= 1; ++dy)
         for (int dx = -1; dx <= 1; ++dx)
@@ -119,9 +117,8 @@ private slots:
         ScriptedPrompts prompts;
         DataFolder::set("/start/here");
 
-        // The curve drawn where the plot maps it. Export; an import of a file of the other
-        // curve type fails, another is cancelled. Then an import, and closing asks first: an
-        // import discarded so is not written back.
+        // The curve drawn where the plot maps it. Export; an import of the other curve type
+        // fails, one is cancelled, one is discarded on closing and so not written back.
         const std::string curv = writeText(folder / "curv.txt", "Data_Type: curv\nCount: 0\n");
         const std::string edited = (scratchDir() / "red-2.2.txt").string();
         prompts.answers = {(folder / "red.txt").string(), curv, std::nullopt, edited};
@@ -209,9 +206,8 @@ private slots:
         const icPlotPoint middle = m.map(0.5, 65535 / 2.0);
         QVERIFY(darkPixels(render({}), QRect(int(middle.x) - 40, int(middle.y) - 8, 80, 16)) > 20);
 
-        // A table's plot: three channels holding the same ramp, as the RGB outputs of many 8-bit
-        // tables do. Along the row of value 128 each channel shows in a column of its own, left
-        // to right as the shifts go.
+        // A table's plot of three equal ramps: along the row of value 128 each channel shows in
+        // a column of its own, left to right as the shifts go.
         std::vector<double> ramp(256);
         std::iota(ramp.begin(), ramp.end(), 0.0);
         icCurvePlotData table;

@@ -92,8 +92,7 @@ TEST(LutFolder, ImportRules) {
         {"short table", with(good, "OutputCurves.txt", "0 0 \n1 \n"), icErrFile},
         {"lines do not matter", with(good, "clut.txt", "0 1 1\n2 2 3 3\n65536"), icOk},
         {"re-initialisation refuses", inHeader("Clut_Size: 2", "Clut_Size: 256"), icErrInvalidArg},
-        // Half a gigabyte of tables is not set up for a folder of a few bytes, not even to be
-        // returned unread because Tag_Bytes disagrees.
+        // Half a gigabyte of tables is not set up for a folder of a few bytes.
         {"dimensions the files cannot fill",
          with(good, "header.txt",
               "icTagTypeSignature: mft2\nTag_Bytes: 1\nInputChan: 3\nOutputChan: 15\n"

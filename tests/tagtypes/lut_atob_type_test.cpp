@@ -178,9 +178,8 @@ TEST(MlutType, TablesWrittenByLittleCmsDecodeAndRebuild) {
     }
 }
 
-// Every lookup table of the installed profiles decodes exactly when Little CMS reads it. The
-// two 'mBA ' tags found there (colord's named-colour profiles) are malformed: their M curves
-// overlap the matrix, so the second M curve has no curve signature; both sides refuse them.
+// Every lookup table of the installed profiles decodes exactly when Little CMS reads it (colord's
+// two 'mBA ' tags have M curves overlapping the matrix; both sides refuse them).
 TEST(MlutType, RealProfilesAgreeWithLittleCms) {
     forEachRealTag([](iccProfileRW& profile, int i, icSignature sig, icSignature type,
                       cmsHPROFILE lcms) {

@@ -269,8 +269,7 @@ TEST(CurvePlotData, TableAxesAndShifts) {
     EXPECT_EQ(twoEntries,
               (std::vector<std::string>{"0", "0", "0", "0", "0", "0", "0", "0", "0", "0", "1"}));
 
-    // Equal tables of neighbouring channels never share a column: RGB -1, 0, 2; CMYK's equal
-    // C, M and Y -2, -1, 1.
+    // Equal tables of neighbouring channels never share a column.
     const auto shifts = [](std::size_t count) {
         std::vector<int> out;
         for (std::size_t c = 0; c < count; ++c)
