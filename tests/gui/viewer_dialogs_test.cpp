@@ -293,9 +293,6 @@ private slots:
         iccXYZType white;
         QCOMPARE(white.loadBySignature(icSig("wtpt"), *profile), icOk);
         QVERIFY(white.X == 0.25 && white.Y == 1.0 && white.Z == 0.0);
-
-        // Black: the circle is drawn at the fallback chromaticity.
-        QCOMPARE(CcieXYZDlg(0, 0, 0, "", prompts).diagram().value().xy.y, 0.3333);
     }
 
     void namedColorsStepAndRefuseIndicesPastTheEnd() {
@@ -310,7 +307,6 @@ private slots:
             const QImage shot = screenshot(d, "named-color-viewer.png");
             QLineEdit* root = get(d, "rootNameEdit");
             QVERIFY(darkPixels(shot, QRect(root->mapTo(&d, QPoint(0, 0)), root->size())) > 20);
-            QCOMPARE(d.windowTitle(), "Named Color2 Tag");
             QCOMPARE(texts(d, {"colorCountEdit", "devicePlanesEdit"}), (QStringList{"138", "3"}));
             QVERIFY(!get(d, "channelEdit2")->isHidden() && get(d, "channelEdit3")->isHidden());
             QCOMPARE(shownColor(d), q(reference.colorLines(0)));
@@ -367,7 +363,6 @@ private slots:
             const QImage shot = screenshot(d, "mluc-viewer.png");
             QWidget* dump = get<QListWidget>(d, "dumpList")->viewport();
             QVERIFY(darkPixels(shot, QRect(dump->mapTo(&d, QPoint(0, 0)), dump->size())) > 200);
-            QCOMPARE(d.windowTitle(), "Copyright Tag");
             QCOMPARE(texts(d, {"nameCountEdit", "recordSizeEdit", "highestIndexLabel"}),
                      (QStringList{"31", "12", "30"}));
             QCOMPARE(shownRecord(d), q(reference.recordLines(0)));
