@@ -24,7 +24,6 @@ TEST(Catalogue, ChoosesByVersionAndSignature) {
     EXPECT_EQ(chooseTagHandler(icSig("rXYZ"), v2).label, "RedColorant Tag");
     EXPECT_EQ(chooseTagHandler(icSig("rXYZ"), v3).label, "RedColorant Tag");
     EXPECT_EQ(chooseTagHandler(icSig("rXYZ"), v4).label, "RedMatrixColumn Tag");
-    EXPECT_EQ(chooseTagHandler(icSig("bXYZ"), v4).label, "BlueMatrixColumn Tag");
     EXPECT_EQ(chooseTagHandler(icSig("cprt"), v2).handler, icTagHandler::text);
     // Signatures are compared exactly: case and trailing blanks matter. (The handlers of 'desc'
     // by version, v4 'targ' and 'pseq' and the private tag show in the ShowTag and report tests.)

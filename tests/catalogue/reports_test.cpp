@@ -60,12 +60,10 @@ TEST(SimpleReports, LongTextsGoToTheLargeTextWindow) {
 TEST(DeviceReports, Measurement) {
     const Bytes meas = wordTag(icSig("meas"), {1, fixed(0.5), fixed(1), 0, 2, 0x8000, 9});
     EXPECT_EQ(texts(reportMeasurement(meas, "L")),
-              std::vector<std::string>{"Standard Observer: 1931 2 degree Observer.\n"
-                                       "Measurement Backing: X = 0.500000, Y = 1.000000, Z = "
-                                       "0.000000\n"
-                                       "Measurement Geometry: 0/d or d/0.\n"
-                                       "Measurement Flare: 0.500000\n"
-                                       "Standard Illuminant: invalid value.\n"});
+              std::vector<std::string>{"Standard Observer: 1931 2 degree Observer.\nMeasurement "
+                                       "Backing: X = 0.500000, Y = 1.000000, Z = 0.000000\n"
+                                       "Measurement Geometry: 0/d or d/0.\nMeasurement Flare: "
+                                       "0.500000\nStandard Illuminant: invalid value.\n"});
     const Bytes observer3 = wordTag(icSig("meas"), {3, 0, 0, 0, 0, 0, 6});
     EXPECT_EQ(texts(reportMeasurement(observer3, "L"))[0].substr(0, 34),
               "Standard Observer: invalid value.\n");

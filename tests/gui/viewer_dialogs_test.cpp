@@ -251,11 +251,10 @@ private slots:
             const CChromaticityDiagram& diagram = d.diagram();
             const QPoint at = diagram.mapTo(&d, QPoint(0, 0));
             const ChromaticityMapping mapping = chromaticityDiagramMapping(QRectF(diagram.rect()));
-            for (const int i : {8, 10, 12, 15, 18, 20, 32, 34}) {
-                const icRgb8 c = kSpectralLocus[std::size_t(i)].color;
-                QVERIFY2(
-                    lineAt(shot, mapping.locus()[std::size_t(i)], QColor(c.r, c.g, c.b), 20, at),
-                    qPrintable(QString("locus point %1").arg(i)));
+            for (const std::size_t i : {8u, 10u, 12u, 15u, 18u, 20u, 32u, 34u}) {
+                const icRgb8 c = kSpectralLocus[i].color;
+                QVERIFY2(lineAt(shot, mapping.locus()[i], QColor(c.r, c.g, c.b), 20, at),
+                         qPrintable(QString("locus point %1").arg(i)));
             }
             const icPlotPoint centre = mapping.map(diagram.value().xy);
             const icRgb8 fill = displayColor(d.X(), d.Y(), d.Z());
