@@ -220,8 +220,6 @@ private slots:
         w.saveAs(target);
         const FileDialogRequest& request = w.prompts.requests.back();
         QCOMPARE(request.caption + " " + request.defaultSuffix, "Save ICC Profile icc");
-        QCOMPARE(request.filters,
-                 (std::vector<std::string>{"ICC Files (*.icc *.icm)", "All Files (*)"}));
         QCOMPARE(w.path(), q(target));
         QCOMPARE(w.dlg.windowTitle(), "saved.icc[*] - Veltrino");
         QVERIFY(!w.dlg.isWindowModified());

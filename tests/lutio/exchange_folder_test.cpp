@@ -7,18 +7,18 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 namespace {
 
 // A folder's files read from memory into a fresh tag.
-icStatus importFiles(iccLut16Type& tag, const Files& files) {
+template <class Tag> icStatus importFiles(Tag& tag, const Files& files) {
     icMemorySource source;
     source.files.insert(files.begin(), files.end());
-    return ImportLut16Files(tag, source);
-}
-icStatus importFiles(iccMlutType& tag, const Files& files) {
-    icMemorySource source;
-    source.files.insert(files.begin(), files.end());
-    return ImportMlutFiles(tag, source);
+    if constexpr (std::is_same_v<Tag, iccLut16Type>)
+        return ImportLut16Files(tag, source);
+    else
+        return ImportMlutFiles(tag, source);
 }
 Files with(Files files, const std::string& name, const std::string& text) {
     files[name] = text;
