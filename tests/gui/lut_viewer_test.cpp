@@ -5,11 +5,9 @@
 #include "document/settings_model.h"
 #include "gui/gui_test.h"
 #include "lutio/lut_folder.h"
-#include "lutio/mlut_folder.h"
 #include "tagtypes/lut16_type.h"
 #include "tagtypes/lut_atob_type.h"
 #include "viewers/curve_plot.h"
-#include "viewers/lut_exchange.h"
 #include "viewers/lut_property_sheet.h"
 #include "viewers/mlut_property_sheet.h"
 
