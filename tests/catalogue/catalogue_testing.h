@@ -1,6 +1,5 @@
-// Helpers of the catalogue and viewer tests: a presenter that records every box and viewer in
-// the form veltrino-cli prints it (and can play a viewer that edits and closes with OK), and
-// builders for tag bytes.
+// Helpers of the catalogue and viewer tests: a presenter recording every box and viewer as
+// veltrino-cli prints it (and playing viewers that edit and close with OK), and tag builders.
 #pragma once
 
 #include "catalogue/catalogue.h"

@@ -1,6 +1,5 @@
-// veltrino-cli end to end: its output for every installed profile against Little CMS's reading
-// of the same header, blocks for every tag of every installed profile and for the tag types they
-// lack, TAG arguments, the boxes and exit statuses of failures, and saving.
+// veltrino-cli end to end: info against Little CMS, dump blocks for installed and built tags, TAG
+// arguments, the boxes and exit statuses of failures, and saving.
 #include "catalogue/catalogue_testing.h"
 #include "support/lcms_testing.h"
 
@@ -87,16 +86,12 @@ INSTANTIATE_TEST_SUITE_P(Installed, CliOnRealProfile, testing::ValuesIn(installe
 
 TEST(Cli, FailuresAndUsage) {
     const Bytes good = ProfileBuilder().tag(icSig("desc"), textTag("d")).build();
-    Bytes wrongMagic = good, count51 = good, countHuge = good;
+    Bytes wrongMagic = good;
     wrongMagic[36] = 'X';
-    storeBE32(count51.data() + 128, 51);
-    storeBE32(countHuge.data() + 128, 0xFFFFFFFF);
+    // One of each way a load fails (the profile tests have every status): the same box.
     const std::vector<std::pair<std::string, Bytes>> malformed = {
-        {"garbage", Bytes(200, 7)},
         {"short", Bytes(good.begin(), good.begin() + 100)},
         {"magic", wrongMagic},
-        {"count51", count51},
-        {"countHuge", countHuge},
         {"pastEnd", ProfileBuilder().entry(icSig("desc"), 140, 4000).build()},
     };
     for (const auto& [name, bytes] : malformed) {
@@ -226,41 +221,21 @@ TEST(CliDump, TagsBuiltHere) {
     const CliResult result = runCli({"dump", path});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const std::string out = result.out;
-    // The report texts are checked on their own; here the blocks around them: an empty text,
-    // a viewer followed by the box it raises, and a viewer without fields.
-    EXPECT_NE(out.find("=== #5 calt\n--- info | CalibrationDateTime Tag\nDate = 12/31/2000 \n"),
-              std::string::npos);
-    const std::string tail = out.substr(out.find("=== #6 ps2i"));
-    EXPECT_EQ(tail, "=== #6 ps2i\n"
-                    "--- info | PS2 Rendering Intent Tag\n"
-                    "\n"
-                    "=== #7 ncl2\n"
-                    "--- viewer namedcolor | Named Color2 Tag\n"
-                    "Vendor specific flag: 0\n"
-                    "Count of named colors: 1\n"
-                    "Number of device planes: 9\n"
-                    "Prefix of each color name: \n"
-                    "Suffix of each color name: \n"
-                    "--- info | Veltrino\n"
-                    "Device planes is greater than 8. Current version of Veltrino not supported.\n"
-                    "=== #8 crdi\n"
-                    "--- info | CrdInfo Tag\n"
-                    "PostScript CRD Info.\n"
-                    "=== #9 B2A0\n"
-                    "--- viewer mlut | BToA0 Tag\n"
-                    "lutAToBType: (A curve)->(multidimensional LUT)->(M curve)->(matrix)->(B "
-                    "curve)\n"
-                    "Input Channels: 1\n"
-                    "Output Channels: 1\n"
-                    "B Curves: 32 / 0X20\n"
-                    "Matrix: N/A\n"
-                    "M Curves: N/A\n"
-                    "Mulitdimensional LUT: 44 / 0X2C\n"
-                    "A Curves: 80 / 0X50\n"
-                    "e1 N/A\ne2 N/A\ne3 N/A\ne4 N/A\ne5 N/A\ne6 N/A\ne7 N/A\ne8 N/A\ne9 N/A\n"
-                    "e10 N/A\ne11 N/A\ne12 N/A\n"
-                    "=== #10 bfd \n"
-                    "--- viewer hexdump | Private or Unsupported Tag\n");
+    // The blocks around the reports: an empty text, a viewer and its box, a viewer without fields.
+    for (const char* blocks :
+         {"=== #5 calt\n--- info | CalibrationDateTime Tag\nDate = 12/31/2000 \n",
+          "=== #6 ps2i\n--- info | PS2 Rendering Intent Tag\n\n=== #7 ncl2\n--- viewer namedcolor",
+          "Suffix of each color name: \n--- info | Veltrino\nDevice planes is greater than 8. "
+          "Current version of Veltrino not supported.\n=== #8 crdi\n--- info | CrdInfo Tag\n"
+          "PostScript CRD Info.\n"})
+        EXPECT_NE(out.find(blocks), std::string::npos) << blocks;
+    EXPECT_EQ(out.substr(out.find("=== #9 B2A0")),
+              "=== #9 B2A0\n--- viewer mlut | BToA0 Tag\nlutAToBType: (A curve)->"
+              "(multidimensional LUT)->(M curve)->(matrix)->(B curve)\nInput Channels: 1\n"
+              "Output Channels: 1\nB Curves: 32 / 0X20\nMatrix: N/A\nM Curves: N/A\n"
+              "Mulitdimensional LUT: 44 / 0X2C\nA Curves: 80 / 0X50\ne1 N/A\ne2 N/A\ne3 N/A\n"
+              "e4 N/A\ne5 N/A\ne6 N/A\ne7 N/A\ne8 N/A\ne9 N/A\ne10 N/A\ne11 N/A\ne12 N/A\n"
+              "=== #10 bfd \n--- viewer hexdump | Private or Unsupported Tag\n");
 }
 
 TEST(CliShow, ViewerBlocksOfARealProfile) {

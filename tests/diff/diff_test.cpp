@@ -1,6 +1,5 @@
-// Comparing two profiles: every installed profile against itself and its saved copy, each kind
-// of tag on small built pairs, one CLUT node changed through export and import, a version 2 /
-// version 4 pair, and the diff command's exit statuses.
+// Comparing profiles: installed ones against themselves and their saves, each tag kind on built
+// pairs, a CLUT node changed through import, version 2 against 4, and the command's statuses.
 #include "catalogue/catalogue_testing.h"
 #include "diff/profile_diff.h"
 #include "support/lcms_testing.h"

@@ -1,6 +1,5 @@
-// The header panel's and tag table's texts, the shared data folder and the file-based folder
-// record. (The command-line tests compare the panel with Little CMS on every installed profile,
-// and show the header and offset warnings and the hexadecimal cells.)
+// The header panel's and tag table's texts, the shared data folder and the folder record (the
+// CLI tests compare the panel with Little CMS and show the warnings and hexadecimal cells).
 #include "document/header_model.h"
 #include "document/settings_model.h"
 #include "support/test_support.h"

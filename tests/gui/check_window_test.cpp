@@ -10,7 +10,6 @@
 #include <QClipboard>
 #include <QSettings>
 #include <QTest>
-#include <QTimer>
 #include <QTreeWidget>
 
 class CheckWindowTest : public QObject {
@@ -35,30 +34,20 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&window));
         QStringList severities, tags;
         QString copied;
-        // Polls until the modal window runs, so a window that never opens fails the test.
-        QTimer poll;
-        poll.setInterval(10);
-        connect(&poll, &QTimer::timeout, [&] {
-            auto* dialog = qobject_cast<CCheckDlg*>(QApplication::activeModalWidget());
-            if (!dialog)
-                return;
-            poll.stop();
-            severities.clear();
-            tags.clear();
-            auto* list = dialog->findChild<QTreeWidget*>(QStringLiteral("findingList"));
+        const auto read = [&](CCheckDlg& dialog) {
+            auto* list = get<QTreeWidget>(dialog, "findingList");
             for (int i = 0; i < list->topLevelItemCount(); ++i) {
                 severities << list->topLevelItem(i)->text(0);
                 tags << list->topLevelItem(i)->text(2);
             }
-            dialog->findChild<QPushButton*>(QStringLiteral("copyButton"))->click();
+            click(dialog, "copyButton");
             copied = QApplication::clipboard()->text();
             if (tags.contains("priv"))
                 emit list->itemDoubleClicked(list->topLevelItem(tags.indexOf("priv")), 3);
-            dialog->accept();
-        });
-        poll.start();
-        QTest::keyClick(&window, Qt::Key_K, Qt::ControlModifier);
-        poll.stop();
+            dialog.accept();
+        };
+        QVERIFY(whileOpen<CCheckDlg>(
+            [&] { QTest::keyClick(&window, Qt::Key_K, Qt::ControlModifier); }, read));
 
         QCOMPARE(severities.size(), static_cast<qsizetype>(report.findings.size()));
         QCOMPARE(severities.front(), "error");
@@ -72,8 +61,8 @@ private slots:
         QVERIFY(window.openProfile("/usr/share/color/icc/colord/sRGB.icc"));
         prompts.answers = {saved};
         window.saveAs();
-        poll.start();
-        window.checkProfile();
+        tags.clear();
+        QVERIFY(whileOpen<CCheckDlg>([&] { window.checkProfile(); }, read));
         QVERIFY(copied.contains("warning 84 - id-veltrino: "));
     }
 };

@@ -1,6 +1,5 @@
-// What the offscreen window tests share: a prompt service whose file dialogs answer from a script
-// and which records every box, hex dump and about box (the viewers are the real ones), a way to
-// act on a modal dialog while it is up, and the installed profiles the tests open.
+// What the offscreen window tests share: prompts answered from a script with every box, dump and
+// about box recorded (the viewers are real), acting on modal dialogs, and the installed profiles.
 #pragma once
 
 #include "app/qt_presenter.h"
@@ -108,8 +107,8 @@ public:
     void about(std::string_view caption, std::string_view) override {
         abouts.emplace_back(caption);
     }
-    // Recorded as "save? | CAPTION | TEXT" (or "apply? | ..."); answered from the script, with
-    // "discard" once it runs out.
+    // Recorded as "save? | CAPTION | TEXT" (or "apply? ..."); answered from the script, then
+    // "discard".
     icCloseAnswer askBeforeClosing(icKeepButton keep, std::string_view caption,
                                    std::string_view text) override {
         messageBox(icBoxKind::info, caption, text);
@@ -129,9 +128,8 @@ public:
     std::optional<std::string> askSavePath(const FileDialogRequest& request) override {
         return answer(request);
     }
-    // The real "Import/Export CLUT" dialog, driven without its modal loop: the next scripted
-    // folder is typed into its box and OK clicked (Cancel for nullopt). The folder it proposed
-    // on opening is kept.
+    // The real "Import/Export CLUT" dialog without its modal loop: the next scripted folder is
+    // typed in and OK clicked (Cancel for nullopt); the folder it proposed is kept.
     std::optional<std::string> askClutFolder(std::uint32_t mode) override {
         CDumpCLUT dialog(mode);
         auto* box = get(dialog, QStringLiteral("folderEdit"));
@@ -176,8 +174,7 @@ private:
     }
 };
 
-// Where a screenshot of a dialog is kept: the scratch folder, and the folder in
-// VELTRINO_SCREENSHOT_DIR when that is set (the pictures of the documentation).
+// Screenshots go to the scratch folder and to VELTRINO_SCREENSHOT_DIR (the documentation's).
 inline QImage screenshot(QWidget& dialog, const char* name) {
     dialog.show();
     if (!QTest::qWaitForWindowExposed(&dialog))
@@ -189,8 +186,7 @@ inline QImage screenshot(QWidget& dialog, const char* name) {
     return image;
 }
 
-// Test classes of the other files of gui_tests register here (a static
-// `const bool registered = registerGuiTest<MyTest>();`); main() runs them after its own.
+// The other files' test classes register here; main() runs them after its own.
 using GuiTestFactory = std::unique_ptr<QObject> (*)();
 inline std::vector<GuiTestFactory>& guiTestClasses() {
     static std::vector<GuiTestFactory> classes;

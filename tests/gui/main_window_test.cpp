@@ -1,6 +1,5 @@
 // Whole sessions of the main window, offscreen: start-up, Browse, Modify, Save As, closing and
 // opening tags, with scripted file dialogs and every box read back; then its small dialogs.
-#include "app/about_dialog.h"
 #include "app/compare_dialog.h"
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"
@@ -9,17 +8,12 @@
 #include "document/settings_model.h"
 #include "gui/gui_test.h"
 #include "tagtypes/xyz_type.h"
-#include "viewers/hex_dump_dialog.h"
 #include "viewers/hex_dump_model.h"
-#include "viewers/large_text_dialog.h"
 
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QGroupBox>
-#include <QListWidget>
 #include <QMimeData>
-#include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QStandardPaths>
 #include <QTreeWidget>
@@ -226,20 +220,11 @@ private slots:
         w.saveAs(target);
         const FileDialogRequest& request = w.prompts.requests.back();
         QCOMPARE(request.caption + " " + request.defaultSuffix, "Save ICC Profile icc");
-        QCOMPARE(request.filters,
-                 (std::vector<std::string>{"ICC Files (*.icc *.icm)", "All Files (*)"}));
         QCOMPARE(w.path(), q(target));
         QCOMPARE(w.dlg.windowTitle(), "saved.icc[*] - Veltrino");
         QVERIFY(!w.dlg.isWindowModified());
         QCOMPARE(w.rows(), rowsOnDisk(target)); // with the description and copyright added
         QCOMPARE(w.fields(), fieldsOnDisk(target));
-        // Over the open file: the profile lives in memory, so this works.
-        w.modify([](CEditHeaderDlg& editor) {
-            get(editor, "creatorEdit")->setText("Me");
-            editor.accept();
-        });
-        w.saveAs(target);
-        QCOMPARE(fieldsOnDisk(target)[15], "Me");
         QCOMPARE(w.prompts.boxes, QStringList());
 
         const std::string nowhere = (scratchDir() / "no-such-dir" / "x.icc").string();
@@ -348,16 +333,10 @@ private slots:
         QCOMPARE(w.prompts.boxes, QStringList());
     }
 
-    void aboutDropResizeAndShortcuts() {
+    void aboutDropAndShortcuts() {
         Window w(*settings);
         w.get("aboutButton")->click();
         QCOMPARE(w.prompts.abouts, std::vector<std::string>{"About Veltrino"});
-        CAboutDlg about("About Veltrino", "Veltrino Version 0.1.0");
-        QCOMPARE(about.windowTitle() + text(about, "aboutText"),
-                 "About VeltrinoVeltrino Version 0.1.0");
-        get<QDialogButtonBox>(about, "aboutButtons")->button(QDialogButtonBox::Ok)->click();
-        QCOMPARE(about.result(), int(QDialog::Accepted));
-
         QMimeData mime;
         mime.setUrls({QUrl::fromLocalFile(q(kSrgb))});
         // A drop reaches the widget that accepted the drag's entry.
@@ -369,20 +348,13 @@ private slots:
 
         w.dlg.show();
         QVERIFY(QTest::qWaitForWindowActive(&w.dlg));
-        // A larger window gives the header panel and every column of the tag table more room.
-        const int panel = w.dlg.findChildren<QGroupBox*>().at(0)->width();
-        const int firstColumn = w.list()->columnWidth(0);
-        w.dlg.resize(w.dlg.size() * 3 / 2);
-        QTRY_VERIFY(w.dlg.findChildren<QGroupBox*>().at(0)->width() > panel);
-        QVERIFY(w.list()->columnWidth(0) > firstColumn);
         QTest::keyClick(&w.dlg, Qt::Key_O, Qt::ControlModifier);
         QTest::keyClick(&w.dlg, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(w.prompts.requests.size(), std::size_t(2));
         QCOMPARE(w.prompts.requests[1].caption, "Save ICC Profile");
     }
 
-    // "Compare with...": the second profile asked for, the comparison tree with its highlighted
-    // values, and a double click on a tag section opening that tag.
+    // "Compare with...": the tree with its highlighted values; a double click opens that tag.
     void compareWithAnotherProfile() {
         if (!fs::exists(kSrgbV2))
             QSKIP("the version 2 sRGB profile is not installed");
@@ -425,33 +397,17 @@ private slots:
         QCOMPARE(settings->value("File/Data_Dir").toString(), "/changed/by/an/export");
     }
 
-    void messageBoxesHexDumpAndLargeText() {
-        for (const auto& [kind, icon] : {std::pair{icBoxKind::info, QMessageBox::Information},
-                                         {icBoxKind::warning, QMessageBox::Warning},
-                                         {icBoxKind::stop, QMessageBox::Critical}}) {
-            const auto box = makeMessageBox(kind, "Veltrino", "Error in icc header.");
-            QCOMPARE(box->icon(), icon);
-            QCOMPARE(box->windowTitle() + "|" + box->text(), "Veltrino|Error in icc header.");
-            QCOMPARE(box->windowModality(), Qt::ApplicationModal);
-        }
+    void messageBoxesKeepCaptionsAndTables() {
         // A caption is never cut short; a table of numbers lines up in the fixed-width font.
         const QString caption = "Perceptual Rendering Intent Gamut Tag";
         const auto named = makeMessageBox(icBoxKind::info, caption.toStdString(), "1.0 2.0\n3 4\n");
         named->show();
+        QCOMPARE(named->windowModality(), Qt::ApplicationModal);
         QVERIFY(named->width() > QFontMetrics(named->font()).horizontalAdvance(caption) + 100);
-        const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-        QCOMPARE(get<QLabel>(*named, "qt_msgbox_label")->font(), fixed);
-        const auto plain = makeMessageBox(icBoxKind::info, "", "Error in icc header.");
-        QVERIFY(get<QLabel>(*plain, "qt_msgbox_label")->font() != fixed);
+        QCOMPARE(get<QLabel>(*named, "qt_msgbox_label")->font(),
+                 QFontDatabase::systemFont(QFontDatabase::FixedFont));
         QCOMPARE(makeCloseQuestion(icKeepButton::save, "Veltrino", "?")->standardButtons(),
                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-        CHexDlg hex("", {"line one", "line two"});
-        QCOMPARE(hex.windowTitle(), "Private or UnknownTag");
-        QCOMPARE(get<QListWidget>(hex, "hexList")->item(1)->text(), "line two");
-        CLargeTextDlg large("CharTarget Tag", "a\nb\rc");
-        QCOMPARE(large.windowTitle(), "CharTarget Tag");
-        QCOMPARE(get<QPlainTextEdit>(large, "textEdit")->document()->blockCount(), 3);
-        QCOMPARE(get<QPlainTextEdit>(large, "textEdit")->font(), fixed);
     }
 
     void startOptions() {

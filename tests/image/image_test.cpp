@@ -1,6 +1,5 @@
-// Profiles inside images: JPEG, PNG, TIFF and WebP files made by ImageMagick from installed
-// profiles open in veltrino-cli as the profiles themselves, extract byte for byte, and damaged or
-// profile-less images say so and write nothing.
+// Profiles inside JPEG, PNG, TIFF and WebP files made by ImageMagick: they open as the profiles
+// themselves, extract byte for byte, and damaged or profile-less images say so and write nothing.
 #include "image/embedded_profile.h"
 #include "support/test_support.h"
 

@@ -1,6 +1,5 @@
-// The lookup-table exchange folders: lut8/lut16 and lutAToB/lutBToA. The exact files written,
-// the reading rules of each file and their looseness, the layout at the stored offsets, and the
-// viewers' two-pass imports with their boxes.
+// The lut8/lut16 and lutAToB/lutBToA exchange folders: the exact files written, each file's reading
+// rules, the layout at the stored offsets, and the viewers' two-pass imports with their boxes.
 #include "lutio/exchange_procedures.h"
 #include "lutio/lut_folder.h"
 #include "lutio/mlut_folder.h"
@@ -8,18 +7,18 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 namespace {
 
 // A folder's files read from memory into a fresh tag.
-icStatus importFiles(iccLut16Type& tag, const Files& files) {
+template <class Tag> icStatus importFiles(Tag& tag, const Files& files) {
     icMemorySource source;
     source.files.insert(files.begin(), files.end());
-    return ImportLut16Files(tag, source);
-}
-icStatus importFiles(iccMlutType& tag, const Files& files) {
-    icMemorySource source;
-    source.files.insert(files.begin(), files.end());
-    return ImportMlutFiles(tag, source);
+    if constexpr (std::is_same_v<Tag, iccLut16Type>)
+        return ImportLut16Files(tag, source);
+    else
+        return ImportMlutFiles(tag, source);
 }
 Files with(Files files, const std::string& name, const std::string& text) {
     files[name] = text;
@@ -93,8 +92,7 @@ TEST(LutFolder, ImportRules) {
         {"short table", with(good, "OutputCurves.txt", "0 0 \n1 \n"), icErrFile},
         {"lines do not matter", with(good, "clut.txt", "0 1 1\n2 2 3 3\n65536"), icOk},
         {"re-initialisation refuses", inHeader("Clut_Size: 2", "Clut_Size: 256"), icErrInvalidArg},
-        // Half a gigabyte of tables is not set up for a folder of a few bytes, not even to be
-        // returned unread because Tag_Bytes disagrees.
+        // Half a gigabyte of tables is not set up for a folder of a few bytes.
         {"dimensions the files cannot fill",
          with(good, "header.txt",
               "icTagTypeSignature: mft2\nTag_Bytes: 1\nInputChan: 3\nOutputChan: 15\n"

@@ -131,8 +131,7 @@ TEST_P(ExchangeRoundTrip, EveryTableAndCurveComesBack) {
         std::unique_ptr<iccTagType> decoded;
         const icStatus status = loadTagType(original, index, decoded);
         if (type == icSig("mBA ") || type == icSig("mAB ")) {
-            // Only colord's malformed 'mBA ' tags are installed: they do not decode, so there is
-            // nothing to export.
+            // Only colord's malformed 'mBA ' tags are installed: nothing decodes to export.
             ASSERT_NE(status, icOk);
             EXPECT_EQ(runCli({"export", profile.string(), tag, path.string()}).exitCode, 1);
             continue;

@@ -51,8 +51,7 @@ TEST(Header, Validation) {
     EXPECT_EQ(validateHeader(h, 132), icWarnHeader);
     h.illuminant = {doubleToS15Fixed16(0.9505), doubleToS15Fixed16(1.0), doubleToS15Fixed16(1.089)};
     EXPECT_EQ(validateHeader(h), icWarnHeader); // D65
-    h.illuminant = {doubleToS15Fixed16(0.9642), doubleToS15Fixed16(1.0),
-                    doubleToS15Fixed16(0.8249)};
+    h.illuminant = defaultHeader().illuminant;
     h.illuminant.Y = 65536 + 327; // 0.00499: inside the tolerance
     EXPECT_EQ(validateHeader(h), icOk);
     h.illuminant.Y = 65536 + 328; // 0.00500 and a little: outside

@@ -1,6 +1,5 @@
-// Loading and writing: hostile and malformed profiles are refused with the right status and never
-// read outside the data; shared blocks, clamped sizes, the layout, added copyright and
-// description, the Profile ID rule, and saves that fail without touching an existing file.
+// Loading and writing: malformed profiles refused without reading outside the data; shared blocks,
+// clamped sizes, layout, added texts, the Profile ID rule, and failed saves that touch nothing.
 #include "profile/profile_id.h"
 #include "support/test_support.h"
 #include "tagtypes/multi_localized_unicode_type.h"

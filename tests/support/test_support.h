@@ -75,8 +75,7 @@ struct CliResult {
 // Runs veltrino-cli with the arguments (each quoted for the shell).
 CliResult runCli(const std::vector<std::string>& args);
 
-// Makes an 8x8 image in the scratch folder with ImageMagick's convert, of the kind the name's
-// extension says (.jpg, .png, .tif, .webp), carrying `profile` when one is given; `options` go
-// before the profile (-colorspace CMYK for a CMYK profile). Returns the path, or "" on failure.
+// An 8x8 image in the scratch folder by ImageMagick's convert, of the name's extension, carrying
+// `profile` if given (`options` go before it). Returns the path, or "" on failure.
 std::string makeImage(const std::string& name, const std::string& profile = {},
                       const std::string& options = {});

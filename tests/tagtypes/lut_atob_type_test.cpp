@@ -160,16 +160,10 @@ void checkRoundTrip(iccMlutType& decoded, icSignature tagSig) {
 
 TEST(MlutType, TablesWrittenByLittleCmsDecodeAndRebuild) {
     constexpr cmsTagSignature a = cmsSigAToB0Tag, b = cmsSigBToA0Tag;
-    for (const LcmsPipeline& c : std::initializer_list<LcmsPipeline>{{a, 3, "c"},
-                                                                     {a, 3, "cxc"},
-                                                                     {a, 4, "c3c"},
-                                                                     {a, 4, "c3cxc"},
-                                                                     {a, 3, "c3cxc", true},
-                                                                     {b, 3, "c"},
-                                                                     {b, 3, "cxc"},
-                                                                     {b, 3, "c4c"},
-                                                                     {b, 3, "cxc4c"},
-                                                                     {b, 3, "cxc2c", true}}) {
+    const LcmsPipeline pipelines[] = {
+        {a, 3, "c"}, {a, 3, "cxc"}, {a, 4, "c3c"}, {a, 4, "c3cxc"}, {a, 3, "c3cxc", true},
+        {b, 3, "c"}, {b, 3, "cxc"}, {b, 3, "c4c"}, {b, 3, "cxc4c"}, {b, 3, "cxc2c", true}};
+    for (const LcmsPipeline& c : pipelines) {
         SCOPED_TRACE(std::string(c.tag == a ? "mAB " : "mBA ") + c.stages);
         const Bytes bytes = lcmsProfile({c});
         iccProfileRW profile;
@@ -184,9 +178,8 @@ TEST(MlutType, TablesWrittenByLittleCmsDecodeAndRebuild) {
     }
 }
 
-// Every lookup table of the installed profiles decodes exactly when Little CMS reads it. The
-// two 'mBA ' tags found there (colord's named-colour profiles) are malformed: their M curves
-// overlap the matrix, so the second M curve has no curve signature; both sides refuse them.
+// Every lookup table of the installed profiles decodes exactly when Little CMS reads it (colord's
+// two 'mBA ' tags have M curves overlapping the matrix; both sides refuse them).
 TEST(MlutType, RealProfilesAgreeWithLittleCms) {
     forEachRealTag([](iccProfileRW& profile, int i, icSignature sig, icSignature type,
                       cmsHPROFILE lcms) {
