@@ -12,6 +12,7 @@
 #include "bench_support.h"
 #include "check/check_report.h"
 #include "document/memory_policy.h"
+#include "profile/file_io.h"
 #include "profile/profile.h"
 #include "tagtypes/profile_save.h"
 #include "tagtypes/tag_factory.h"
@@ -23,8 +24,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -92,21 +91,10 @@ bool writeLargeProfile(const std::string& path) {
     return saveProfileToFile(profile, path) == icOk;
 }
 
-// Decodes every tag (all lookup tables here, and the description) with the class its type
-// signature names.
-bool decodeEveryTable(iccProfileRW& profile) {
-    for (int i = 0; i < profile.tagCount(); ++i) {
-        std::unique_ptr<iccTagType> tag;
-        if (loadTagType(profile, i, tag) != icOk)
-            return false;
-    }
-    return true;
-}
-
 void decodeVeltrino(benchmark::State& state, const std::string& path) {
     for (auto _ : state) {
         iccProfileRW profile;
-        if (profile.loadFromFile(path) != icOk || !decodeEveryTable(profile)) {
+        if (profile.loadFromFile(path) != icOk || !decodeEveryTag(profile)) {
             state.SkipWithError("load or decode failed");
             break;
         }
@@ -166,13 +154,11 @@ void checkVeltrino(benchmark::State& state, const std::string& path) {
 
 // The same profile with its Profile ID cleared: a check with no MD5 to compute.
 bool writeWithoutId(const std::string& path, const std::string& copy) {
-    std::ifstream in(path, std::ios::binary);
-    std::vector<char> bytes(std::istreambuf_iterator<char>(in), {});
-    if (bytes.size() < 100)
+    std::vector<std::uint8_t> bytes;
+    if (readWholeFile(path, bytes) != icOk || bytes.size() < kHeaderSize)
         return false;
-    std::fill_n(bytes.begin() + 84, 16, 0);
-    std::ofstream out(copy, std::ios::binary);
-    return bool(out.write(bytes.data(), static_cast<std::streamsize>(bytes.size())));
+    std::fill_n(bytes.begin() + kProfileIdOffset, 16, 0);
+    return writeFileReplacing(copy, bytes) == icOk;
 }
 
 } // namespace

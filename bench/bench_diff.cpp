@@ -64,12 +64,7 @@ bool loadAndDecodeEveryTag(const std::string& path) {
     iccProfileRW profile;
     if (profile.loadFromFile(path) != icOk)
         return false;
-    for (int i = 0; i < profile.tagCount(); ++i) {
-        std::unique_ptr<iccTagType> tag;
-        if (loadTagType(profile, i, tag) != icOk)
-            return false;
-    }
-    return true;
+    return decodeEveryTag(profile);
 }
 
 void loadBothDecoded(benchmark::State& state, const std::string& a, const std::string& b) {

@@ -5,6 +5,8 @@
 #pragma once
 
 #include "document/memory_policy.h"
+#include "profile/profile.h"
+#include "tagtypes/tag_factory.h"
 
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
@@ -127,4 +129,15 @@ inline std::optional<std::filesystem::path> startBenchmarks(int& argc, char** ar
                      ("veltrino-bench-" + name + "-" + std::to_string(getpid()));
     std::filesystem::create_directories(dir);
     return dir;
+}
+
+// Decodes every tag of the profile with the class its type signature names; false when one
+// fails.
+inline bool decodeEveryTag(iccProfileRW& profile) {
+    for (int i = 0; i < profile.tagCount(); ++i) {
+        std::unique_ptr<iccTagType> tag;
+        if (loadTagType(profile, i, tag) != icOk)
+            return false;
+    }
+    return true;
 }

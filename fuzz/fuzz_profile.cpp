@@ -187,7 +187,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     buildTexts(profile);
     decodeKnownTags(profile);
     showEveryTag(profile);
-    diffWithChangedCopy(profile, std::span<const std::uint8_t>(data, size));
+    diffWithChangedCopy(profile, input);
     std::vector<std::uint8_t> saved;
     if (saveProfileToMemory(profile, saved) == icOk)
         checkReloads(saved);

@@ -362,10 +362,8 @@ void checkTags(CheckContext& c) {
             continue; // the layout check has said why
         const icSignature type = loadBE32(bytes.data());
         checkTagType(c, index, type);
-        const bool decodable =
-            isDecodedTagType(type) || (type == icSig("sf32") && c.entries[k].sig == icSig("chad"));
         // A block several entries share is decoded once, under the first.
-        if (!decodable || !blocks.emplace(c.entries[k].offset, c.entries[k].size).second)
+        if (!isDecodedTagType(type) || !blocks.emplace(c.entries[k].offset, c.entries[k].size).second)
             continue;
         if (!c.profile && ++decoded > kMaxDecodedBlocks) {
             c.add(icSeverity::info, "unchecked", std::nullopt,

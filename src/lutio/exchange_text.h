@@ -105,30 +105,6 @@ bool scanU64(std::string_view& in, std::uint64_t& v);
 // "%d", 64 bits wide so that the caller decides how to narrow it.
 bool scanI64(std::string_view& in, std::int64_t& v);
 
-// What nearly every number of an exchange file is: white space, then one to eight digits that
-// end before another digit, a value that fits every reader above. Read inline, without the
-// checks a longer number needs; false (and `in` unchanged) for anything else, which the readers
-// above then take.
-template <class T> bool scanShortNumber(std::string_view& in, T& v) {
-    const char* p = in.data();
-    const char* const end = p + in.size();
-    while (p != end && isScanSpace(*p))
-        ++p;
-    const char* const first = p;
-    std::uint32_t value = 0;
-    for (; p != end && p - first < 9; ++p) {
-        const unsigned digit = static_cast<unsigned char>(*p) - unsigned('0');
-        if (digit > 9)
-            break;
-        value = value * 10 + digit;
-    }
-    if (p == first || p - first == 9)
-        return false;
-    v = static_cast<T>(value);
-    in.remove_prefix(static_cast<std::size_t>(p - in.data()));
-    return true;
-}
-
 // Reads numbers as scanU32 does, one after another, until `out` is full or one fails; returns
 // how many were read, and `in` then starts after the last of them.
 std::size_t scanU32s(std::string_view& in, std::span<std::uint32_t> out);
@@ -147,8 +123,8 @@ public:
     std::optional<std::string_view> line();
 
     // Token stream reads, continuing where the last read stopped.
-    bool u32(std::uint32_t& v) { return scanShortNumber(rest_, v) || scanU32(rest_, v); }
-    bool u64(std::uint64_t& v) { return scanShortNumber(rest_, v) || scanU64(rest_, v); }
+    bool u32(std::uint32_t& v) { return scanU32(rest_, v); }
+    bool u64(std::uint64_t& v) { return scanU64(rest_, v); }
     bool real(double& v) { return scanDouble(rest_, v); }
 
     std::string_view rest() const { return rest_; }

@@ -331,11 +331,11 @@ icStatus parseClutText(iccClut& clut, std::string_view text) {
             return icErrFile;
         std::string_view rest = *line;
         std::uint64_t index = 0;
-        if (!(scanShortNumber(rest, index) || scanU64(rest, index)) || index != k)
+        if (!scanU64(rest, index) || index != k)
             return icErrFile;
         for (std::uint32_t o = 0; o < outputs; ++o) {
             std::uint32_t v = 0;
-            if (!(scanShortNumber(rest, v) || scanU32(rest, v)))
+            if (!scanU32(rest, v))
                 return icErrFile;
             if (depth == 1) {
                 valueBytes[at++] = static_cast<std::uint8_t>(v);
