@@ -1,8 +1,8 @@
 #include "app/veltrino_dialog.h"
 
-#include "app/compare_dialog.h"
 #include "app/changes_model.h"
 #include "app/check_dialog.h"
+#include "app/compare_dialog.h"
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"
 #include "catalogue/catalogue.h"
@@ -105,10 +105,9 @@ CVeltrinoDlg::CVeltrinoDlg(PromptService& prompts, QSettings& settings,
     // Space bar state is only known to whoever sees the key go down, so watch all keys.
     qApp->installEventFilter(this);
 
-    modifyButton_->setEnabled(false);
     if (!commandLineFile.empty())
         openProfile(commandLineFile);
-    saveAsButton_->setEnabled(document_.isOpen());
+    enableCommands();
 }
 
 CVeltrinoDlg::~CVeltrinoDlg() {
@@ -136,7 +135,6 @@ void CVeltrinoDlg::buildLayout() {
     compareButton_ = new QPushButton(tr("Compare with..."), this);
     compareButton_->setObjectName(QStringLiteral("compareButton"));
     compareButton_->setToolTip(tr("Compare this profile with another one (Ctrl+D)"));
-    compareButton_->setEnabled(false);
     top->addWidget(compareButton_);
 
     headerGroup_ = new QGroupBox(tr("Header Info:"), this);
@@ -163,7 +161,6 @@ void CVeltrinoDlg::buildLayout() {
     modifyButton_->setObjectName(QStringLiteral("modifyButton"));
     checkButton_ = new QPushButton(tr("Check..."), headerGroup_);
     checkButton_->setObjectName(QStringLiteral("checkButton"));
-    checkButton_->setEnabled(false);
     auto* modifyRow = new QHBoxLayout;
     modifyRow->addStretch();
     modifyRow->addWidget(checkButton_);
@@ -279,9 +276,13 @@ bool CVeltrinoDlg::openProfile(const std::string& path) {
         setWindowModified(false);
         showProfile();
     }
-    modifyButton_->setEnabled(document_.isOpen());
-    saveAsButton_->setEnabled(document_.isOpen());
+    enableCommands();
     return ok;
+}
+
+void CVeltrinoDlg::enableCommands() {
+    for (QPushButton* button : {modifyButton_, saveAsButton_, compareButton_, checkButton_})
+        button->setEnabled(document_.isOpen());
 }
 
 void CVeltrinoDlg::showProfile() {
@@ -294,8 +295,6 @@ void CVeltrinoDlg::showProfile() {
         tr("%1[*] - Veltrino").arg(QFileInfo(localPath(document_.path())).fileName() + mark));
     showHeaderFields();
     showTagTable();
-    compareButton_->setEnabled(true);
-    checkButton_->setEnabled(true);
 }
 
 void CVeltrinoDlg::showHeaderFields() {
@@ -331,7 +330,6 @@ void CVeltrinoDlg::browse() {
     request.directory = currentFolder();
     if (const auto path = prompts_.askOpenPath(request); path && mayDropChanges())
         openProfile(*path);
-    saveAsButton_->setEnabled(document_.isOpen());
 }
 
 void CVeltrinoDlg::saveAs() {
@@ -349,10 +347,9 @@ void CVeltrinoDlg::saveAs() {
     // and reads the written file back, so the window shows exactly what is on disk.
     if (document_.saveAs(*path, true) == icOk) {
         setWindowModified(false);
-        modifyButton_->setEnabled(true);
         showProfile();
     }
-    saveAsButton_->setEnabled(document_.isOpen());
+    enableCommands();
 }
 
 void CVeltrinoDlg::modifyHeader() {
@@ -395,6 +392,10 @@ void CVeltrinoDlg::openSelectedTag() {
     for (const QModelIndex& row : selected)
         if (index < 0 || row.row() < index)
             index = row.row();
+    showTagNotingChanges(index);
+}
+
+void CVeltrinoDlg::showTagNotingChanges(int index) {
     const ProfileSnapshot before(document_.profile());
     showTag(prompts_, document_.profile(), index);
     noteChanges(before);
@@ -447,7 +448,7 @@ void CVeltrinoDlg::compareWith() {
     request.caption = "Compare with an ICC Profile";
     request.directory = currentFolder();
     compareWithFile(prompts_, document_, request, this,
-                    [this](int index) { showTag(prompts_, document_.profile(), index); });
+                    [this](int index) { showTagNotingChanges(index); });
 }
 
 bool CVeltrinoDlg::tagListKeyPressed(const QKeyEvent& key) {

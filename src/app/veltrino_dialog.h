@@ -62,8 +62,12 @@ private:
     void showProfile();
     void showHeaderFields();
     void showTagTable();
+    // Modify..., Save As..., Compare with... and Check... act on an open profile only.
+    void enableCommands();
     void rewriteNumberColumns();
     bool tagListKeyPressed(const QKeyEvent& key);
+    // Show selected tag for a directory index; a viewer's change marks the window modified.
+    void showTagNotingChanges(int index);
     // Marks the window modified when the profile differs from `before`.
     void noteChanges(const ProfileSnapshot& before);
     // Whether the profile shown may go: no unsaved changes, or the user saved or dropped them.
