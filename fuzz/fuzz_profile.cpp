@@ -6,8 +6,8 @@
 // Built with VELTRINO_FUZZ_IMAGES, the input is an image instead: the image reader takes it from
 // memory, and the profile it finds, if any, goes the same way.
 #include "catalogue/catalogue.h"
-#include "diff/profile_diff.h"
 #include "check/check_report.h"
+#include "diff/profile_diff.h"
 #include "document/header_model.h"
 #ifdef VELTRINO_FUZZ_IMAGES
 #include "image/embedded_profile.h"

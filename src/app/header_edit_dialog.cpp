@@ -140,8 +140,8 @@ CEditHeaderDlg::CEditHeaderDlg(icHeader& header, Presenter& presenter, QWidget* 
     findChild<QLineEdit*>(QStringLiteral("profileIdField"))->setMinimumWidth(idWidth);
 }
 
-HeaderEditFields CEditHeaderDlg::fields() const {
-    HeaderEditFields f = headerEditFields(header_);
+HeaderEditFields CEditHeaderDlg::fields(const HeaderEditFields& shown) const {
+    HeaderEditFields f = shown;
     f.cmmType = sigFrom(cmmType_);
     f.version = version_->text().toStdString();
     f.date = date_->text().toStdString();
@@ -160,7 +160,8 @@ HeaderEditFields CEditHeaderDlg::fields() const {
 
 void CEditHeaderDlg::accept() {
     const HeaderEditFields shown = headerEditFields(header_);
-    if (const auto refusal = refuseHeaderEdit(fields(), shown)) {
+    const HeaderEditFields typed = fields(shown);
+    if (const auto refusal = refuseHeaderEdit(typed, shown)) {
         const std::pair<std::string HeaderEditFields::*, QLineEdit*> boxes[] = {
             {&HeaderEditFields::version, version_},
             {&HeaderEditFields::date, date_},
@@ -174,7 +175,7 @@ void CEditHeaderDlg::accept() {
         presenter_.messageBox(icBoxKind::warning, windowTitle().toStdString(), refusal->message);
         return;
     }
-    for (const std::string& warning : applyHeaderEdit(fields(), header_))
+    for (const std::string& warning : applyHeaderEdit(typed, header_))
         presenter_.messageBox(icBoxKind::info, kCaption, warning);
     QDialog::accept();
 }

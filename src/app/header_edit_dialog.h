@@ -18,12 +18,12 @@ public:
     // `presenter`.
     CEditHeaderDlg(icHeader& header, Presenter& presenter, QWidget* parent = nullptr);
 
-    // What the dialog holds now, as the model takes it.
-    HeaderEditFields fields() const;
-
     void accept() override;
 
 private:
+    // What the dialog holds now, as the model takes it; `shown` gives the fields it cannot edit.
+    HeaderEditFields fields(const HeaderEditFields& shown) const;
+
     icHeader& header_;
     Presenter& presenter_;
     QLineEdit *cmmType_, *version_, *date_, *time_, *platform_, *manufacturer_, *model_, *creator_;

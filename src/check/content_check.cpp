@@ -363,7 +363,8 @@ void checkTags(CheckContext& c) {
         const icSignature type = loadBE32(bytes.data());
         checkTagType(c, index, type);
         // A block several entries share is decoded once, under the first.
-        if (!isDecodedTagType(type) || !blocks.emplace(c.entries[k].offset, c.entries[k].size).second)
+        if (!isDecodedTagType(type) ||
+            !blocks.emplace(c.entries[k].offset, c.entries[k].size).second)
             continue;
         if (!c.profile && ++decoded > kMaxDecodedBlocks) {
             c.add(icSeverity::info, "unchecked", std::nullopt,

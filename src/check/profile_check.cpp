@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::uint32_t kIdOffset = 84;
+constexpr auto kIdOffset = static_cast<std::uint32_t>(kProfileIdOffset);
 
 std::string hexWord(std::uint32_t value) {
     char text[16];

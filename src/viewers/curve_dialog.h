@@ -24,15 +24,11 @@ public:
     // The plot's status when the curve was handed to it; a dialog that failed here is not run.
     icStatus setupStatus() const { return setupStatus_; }
     // Read by the caller after the dialog closed with OK: the curve must be written back.
-    bool modified() const { return model_.modified(); }
+    bool modified() const override { return model_.modified(); }
     const CCurvePlot& plot() const { return *plot_; }
 
     void exportCurve();
     void importCurve();
-
-protected:
-    // An imported curve that OK has not taken yet.
-    bool pendingChanges() const override { return modified(); }
 
 private:
     CurveModel model_;

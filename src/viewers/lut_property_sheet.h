@@ -109,7 +109,7 @@ public:
 
     // Raised by "Accept Change" and by a successful import; the caller writes the table back
     // when the sheet closes with OK and this is set.
-    bool modified() const { return model_.modified(); }
+    bool modified() const override { return model_.modified(); }
     // Not 0 when the sheet could not be built (-10: no memory for the plots).
     icStatus setupStatus() const { return setupStatus_; }
 

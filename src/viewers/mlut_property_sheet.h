@@ -120,14 +120,11 @@ public:
 
     // Raised by a successful import only; the caller writes the tag back when the sheet closes
     // with OK and this is set.
-    bool modified() const { return model_.modified(); }
+    bool modified() const override { return model_.modified(); }
     // Not 0 when the sheet could not be built (-10: no memory for the plots).
     icStatus setupStatus() const { return setupStatus_; }
 
     QTabWidget* pages() const { return pages_; }
-
-protected:
-    bool pendingChanges() const override { return modified(); }
 
 private:
     void pageActivated(int index);

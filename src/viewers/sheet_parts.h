@@ -39,9 +39,12 @@ public:
         : QDialog(parent), prompts_(prompts) {}
     void reject() override;
 
+    // Whether the viewer changed its object; the caller writes it back after OK.
+    virtual bool modified() const = 0;
+
 protected:
     // Whether closing without OK would lose something.
-    virtual bool pendingChanges() const = 0;
+    virtual bool pendingChanges() const { return modified(); }
     // Before "apply" closes with OK: takes what was typed but not yet taken.
     virtual void takeTypedValues() {}
     void keyPressEvent(QKeyEvent* event) override;
