@@ -183,12 +183,15 @@ void checkSize(CheckContext& c) {
 
 // ---- Profile ID -----------------------------------------------------------------------------
 
-// The MD5 of the profile with `header` in place of its first 128 bytes.
+// The MD5 of the profile with `header` in place of its first 128 bytes; `asSaved` hashes the
+// header as a save does (attributes and rendering intent cleared).
 std::optional<icDigest> digestWithHeader(std::span<const std::uint8_t> profile,
-                                         const std::array<std::uint8_t, kHeaderSize>& header) {
-    const std::span<const std::uint8_t> parts[] = {header, profile.subspan(kHeaderSize)};
+                                         const std::array<std::uint8_t, kHeaderSize>& header,
+                                         bool asSaved = false) {
+    icProfileIdHash hash;
     icDigest digest{};
-    if (CMD5Checksum().digestOfParts(parts, digest) != icOk)
+    if (!(asSaved ? hash.header(header) : hash.update(header)) ||
+        !hash.update(profile.subspan(kHeaderSize)) || !hash.finish(digest))
         return std::nullopt;
     return digest;
 }
@@ -213,9 +216,8 @@ std::optional<icDigest> iccRuleId(std::span<const std::uint8_t> profile) {
 std::optional<icDigest> veltrinoRuleId(std::span<const std::uint8_t> profile,
                                        const icDigest& previous) {
     auto header = headerCopy(profile);
-    std::fill_n(header.begin() + 56, 12, 0);
     std::copy(previous.begin(), previous.end(), header.begin() + kIdOffset);
-    return digestWithHeader(profile, header);
+    return digestWithHeader(profile, header, true);
 }
 
 constexpr std::string_view kIccRule = "the ICC rule (MD5 with flags, rendering intent and "

@@ -15,14 +15,6 @@ namespace {
 constexpr std::size_t kClearedFirst = 56;
 constexpr std::size_t kClearedCount = 12;
 
-bool md5(std::span<const std::span<const std::uint8_t>> parts, icDigest& out) {
-    icProfileIdHash hash;
-    for (const auto part : parts)
-        if (!hash.update(part))
-            return false;
-    return hash.finish(out);
-}
-
 } // namespace
 
 icProfileIdHash::icProfileIdHash() : ctx_(EVP_MD_CTX_new(), &EVP_MD_CTX_free) {
@@ -49,12 +41,8 @@ bool icProfileIdHash::finish(icDigest& out) {
 }
 
 icStatus CMD5Checksum::digestOfMemory(std::span<const std::uint8_t> block, icDigest& out) const {
-    return digestOfParts(std::span(&block, 1), out);
-}
-
-icStatus CMD5Checksum::digestOfParts(std::span<const std::span<const std::uint8_t>> parts,
-                                     icDigest& out) const {
-    return md5(parts, out) ? icOk : icErrFile;
+    icProfileIdHash hash;
+    return hash.update(block) && hash.finish(out) ? icOk : icErrFile;
 }
 
 icStatus computeProfileIdInMemory(std::span<std::uint8_t> block) {

@@ -20,10 +20,6 @@ class CMD5Checksum {
 public:
     virtual ~CMD5Checksum() = default;
     [[nodiscard]] icStatus digestOfMemory(std::span<const std::uint8_t> block, icDigest& out) const;
-    // The digest of the parts one after the other, as if they were one block: a changed header
-    // can be hashed before the rest of a profile without copying the profile.
-    [[nodiscard]] icStatus digestOfParts(std::span<const std::span<const std::uint8_t>> parts,
-                                         icDigest& out) const;
 };
 
 struct evp_md_ctx_st;
