@@ -1,7 +1,6 @@
 #include "lutio/exchange_files.h"
 
-#include "lutio/exchange_text.h"
-
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -14,6 +13,46 @@ struct FileCloser {
     void operator()(std::FILE* f) const { std::fclose(f); }
 };
 using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
+
+// The whole file in a buffer of its own, read to its end rather than trusting its size: the file
+// may change while it is read.
+icStatus readWhole(const std::filesystem::path& path, std::unique_ptr<char[]>& data,
+                   std::size_t& size) {
+    FilePtr file(std::fopen(path.c_str(), "rb"));
+    if (!file)
+        return icErrFile;
+    std::error_code ec;
+    const std::uintmax_t expected = std::filesystem::file_size(path, ec);
+    // One byte more than expected, so that reaching the end needs no second buffer.
+    std::size_t capacity = ec || expected >= SIZE_MAX / 2 ? 1u << 16 : std::size_t(expected) + 1;
+    data = std::make_unique_for_overwrite<char[]>(capacity);
+    size = 0;
+    for (;;) {
+        size += std::fread(data.get() + size, 1, capacity - size, file.get());
+        if (size < capacity)
+            return std::ferror(file.get()) ? icErrFile : icOk;
+        auto larger = std::make_unique_for_overwrite<char[]>(2 * capacity);
+        std::memcpy(larger.get(), data.get(), size);
+        data = std::move(larger);
+        capacity *= 2;
+    }
+}
+
+// Whether the file holds exactly `text`, compared a block at a time.
+bool holdsText(const std::filesystem::path& path, std::string_view text) {
+    FilePtr file(std::fopen(path.c_str(), "rb"));
+    if (!file)
+        return false;
+    char block[1 << 16];
+    for (;;) {
+        const std::size_t n = std::fread(block, 1, sizeof block, file.get());
+        if (n > text.size() || std::memcmp(block, text.data(), n) != 0)
+            return false;
+        text.remove_prefix(n);
+        if (n < sizeof block)
+            return text.empty() && !std::ferror(file.get());
+    }
+}
 
 } // namespace
 
@@ -55,61 +94,21 @@ icStatus writeTextFile(const std::filesystem::path& path, std::string_view text)
     return written && std::fclose(file.release()) == 0 ? icOk : icErrFile;
 }
 
-icStatus icFolderSource::read(std::string_view name, std::string& text) {
+icStatus icFolderSource::read(std::string_view name, std::string_view& text) {
     try {
-        return readTextFile(folder_ / name, text);
-    } catch (const std::bad_alloc&) {
-        return icErrNoMemory;
-    }
-}
-
-icStatus icExchangeSource::readPieces(std::string_view name, const icPieceConsumer& consume) {
-    std::string text;
-    if (icStatus s = read(name, text); s != icOk)
-        return s;
-    consume(text, true);
-    return icOk;
-}
-
-icStatus icFolderSource::readPieces(std::string_view name, const icPieceConsumer& consume) {
-    // Large enough that reading costs little per byte, small enough to stay in the cache while
-    // it is parsed. It grows only for a run without white space that does not fit.
-    constexpr std::size_t kPieceBytes = 256u << 10;
-    try {
-        FilePtr file(std::fopen((folder_ / name).c_str(), "rb"));
-        if (!file)
-            return icErrFile;
-        std::size_t capacity = kPieceBytes, held = 0;
-        auto buffer = std::make_unique_for_overwrite<char[]>(capacity);
-        bool wanted = true;
-        for (;;) {
-            if (held == capacity) {
-                auto larger = std::make_unique_for_overwrite<char[]>(2 * capacity);
-                std::memcpy(larger.get(), buffer.get(), held);
-                buffer = std::move(larger);
-                capacity *= 2;
+        auto held = texts_.find(name);
+        if (held == texts_.end()) {
+            HeldText file;
+            if (icStatus s = readWhole(folder_ / name, file.data, file.size); s != icOk) {
+                failed_ = true;
+                return s;
             }
-            held += std::fread(buffer.get() + held, 1, capacity - held, file.get());
-            if (held < capacity) {
-                // The end of the file (or a read error).
-                if (std::ferror(file.get()))
-                    return icErrFile;
-                if (wanted)
-                    consume({buffer.get(), held}, true);
-                return icOk;
-            }
-            // Up to and including the last white space; the rest starts the next piece.
-            std::size_t cut = held;
-            while (cut > 0 && !isScanSpace(buffer[cut - 1]))
-                --cut;
-            if (cut == 0)
-                continue;
-            if (wanted)
-                wanted = consume({buffer.get(), cut}, false);
-            std::memmove(buffer.get(), buffer.get() + cut, held - cut);
-            held -= cut;
+            held = texts_.emplace(std::string(name), std::move(file)).first;
         }
+        text = {held->second.data.get(), held->second.size};
+        return icOk;
     } catch (const std::bad_alloc&) {
+        failed_ = true;
         return icErrNoMemory;
     }
 }
@@ -118,23 +117,40 @@ std::optional<std::uint64_t> icFolderSource::size(std::string_view name) {
     try {
         std::error_code ec;
         const std::uintmax_t n = std::filesystem::file_size(folder_ / name, ec);
-        if (ec)
-            return std::nullopt;
-        return n;
+        const std::optional<std::uint64_t> answer =
+            ec ? std::nullopt : std::optional<std::uint64_t>(n);
+        sizes_.insert_or_assign(std::string(name), answer);
+        return answer;
     } catch (const std::bad_alloc&) {
+        failed_ = true;
         return std::nullopt;
     }
 }
 
-icStatus icMemorySource::read(std::string_view name, std::string& text) {
+bool icFolderSource::unchanged() {
+    if (failed_)
+        return false;
+    try {
+        for (const auto& [name, text] : texts_)
+            if (!holdsText(folder_ / name, {text.data.get(), text.size}))
+                return false;
+        for (const auto& [name, size] : sizes_) {
+            std::error_code ec;
+            const std::uintmax_t n = std::filesystem::file_size(folder_ / name, ec);
+            if (ec ? size.has_value() : size != n)
+                return false;
+        }
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
+icStatus icMemorySource::read(std::string_view name, std::string_view& text) {
     const auto it = files.find(name);
     if (it == files.end())
         return icErrFile;
-    try {
-        text = it->second;
-    } catch (const std::bad_alloc&) {
-        return icErrNoMemory;
-    }
+    text = it->second;
     return icOk;
 }
 

@@ -6,8 +6,8 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <map>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
@@ -26,46 +26,47 @@ inline constexpr std::uint64_t kMaxLayoutSlack = 64u << 10;
 // Creates or truncates the file and writes the text; -100 when it cannot be created or written.
 [[nodiscard]] icStatus writeTextFile(const std::filesystem::path& path, std::string_view text);
 
-// Takes one piece of a file and whether it is the last; false when it wants no more.
-using icPieceConsumer = std::function<bool(std::string_view piece, bool last)>;
-
 class icExchangeSource {
 public:
     virtual ~icExchangeSource() = default;
-    // The whole file `name`; -100 when there is none or it cannot be read, -10 without memory.
-    [[nodiscard]] virtual icStatus read(std::string_view name, std::string& text) = 0;
+    // The whole file `name`, held by the source for as long as it lives; -100 when there is none
+    // or it cannot be read, -10 without memory. A file read twice gives the same text.
+    [[nodiscard]] virtual icStatus read(std::string_view name, std::string_view& text) = 0;
     // Its length in bytes without reading it; none when there is no such file.
     virtual std::optional<std::uint64_t> size(std::string_view name) = 0;
-    // The file `name` handed to `consume` in order, in pieces that end at white space or at the
-    // end of the file, so that no number is cut in two. The file is read to its end even after
-    // `consume` wanted no more. Statuses as for read(). Here the whole file is one piece.
-    [[nodiscard]] virtual icStatus readPieces(std::string_view name,
-                                              const icPieceConsumer& consume);
 };
 
+// A folder on disk. It keeps every answer it gave, so that unchanged() can tell whether reading
+// the folder again would give a reader the same answers.
 class icFolderSource : public icExchangeSource {
 public:
     explicit icFolderSource(std::filesystem::path folder) : folder_(std::move(folder)) {}
-    [[nodiscard]] icStatus read(std::string_view name, std::string& text) override;
+    [[nodiscard]] icStatus read(std::string_view name, std::string_view& text) override;
     std::optional<std::uint64_t> size(std::string_view name) override;
-    // A table file of tens of megabytes is parsed as it is read, a few hundred kilobytes at a
-    // time, instead of being held whole.
-    [[nodiscard]] icStatus readPieces(std::string_view name,
-                                      const icPieceConsumer& consume) override;
+    // Whether every file read still holds the same bytes and every size asked for is still the
+    // same: false as well when a read had failed or the files cannot be read again.
+    bool unchanged();
 
 private:
+    struct HeldText {
+        std::unique_ptr<char[]> data;
+        std::size_t size = 0;
+    };
     std::filesystem::path folder_;
+    std::map<std::string, HeldText, std::less<>> texts_;
+    std::map<std::string, std::optional<std::uint64_t>, std::less<>> sizes_;
+    bool failed_ = false;
 };
 
 class icMemorySource : public icExchangeSource {
 public:
     std::map<std::string, std::string, std::less<>> files;
-    [[nodiscard]] icStatus read(std::string_view name, std::string& text) override;
+    [[nodiscard]] icStatus read(std::string_view name, std::string_view& text) override;
     std::optional<std::uint64_t> size(std::string_view name) override;
 };
 
 // Runs `import` over the files of a folder; -10 when the folder's path cannot be held.
-template <class Import> icStatus withFolder(const std::filesystem::path& folder, Import import) {
+template <class Import> icStatus withFolder(const std::filesystem::path& folder, Import&& import) {
     try {
         icFolderSource files(folder);
         return import(files);

@@ -41,11 +41,11 @@ template <class Lut> std::string_view lutName() {
 }
 
 template <class Lut>
-icStatus importLut(Lut& tag, const std::string& folder, std::uint32_t* tagBytes) {
+icStatus importLut(Lut& tag, icExchangeSource& files, std::uint32_t& tagBytes) {
     if constexpr (std::is_same_v<Lut, iccLut8Type>)
-        return ImportLut8Folder(tag, folder, tagBytes);
+        return ImportLut8Files(tag, files, &tagBytes);
     else
-        return ImportLut16Folder(tag, folder, tagBytes);
+        return ImportLut16Files(tag, files, &tagBytes);
 }
 
 template <class Lut>
@@ -86,30 +86,46 @@ template <class Tag, class Import>
 icStatus importTwice(Presenter& presenter, Tag& tag, Tag& scratch, const std::string& folder,
                      Import import, std::string_view updateFailed) {
     const std::uint32_t loadedSize = tag.rawSize();
-    std::uint32_t stated = 0, size = 0;
-    if (icStatus s = import(scratch, folder, stated);
-        s != icOk || (s = contentSize(scratch, size)) != icOk) {
-        box(presenter, kImportFailed);
-        return s;
-    }
-    if (scratch.typeSignature() != tag.typeSignature() || size != loadedSize ||
-        stated != loadedSize) {
-        box(presenter, kMismatch);
-        return icErrBadProfile;
-    }
-    if (icStatus s = import(tag, folder, stated); s != icOk) {
-        box(presenter, updateFailed);
-        return s;
-    }
-    return icOk;
+    return withFolder(folder, [&](icFolderSource& files) {
+        std::uint32_t stated = 0, size = 0;
+        if (icStatus s = import(scratch, files, stated);
+            s != icOk || (s = contentSize(scratch, size)) != icOk) {
+            box(presenter, kImportFailed);
+            return s;
+        }
+        if (scratch.typeSignature() != tag.typeSignature() || size != loadedSize ||
+            stated != loadedSize) {
+            box(presenter, kMismatch);
+            return icErrBadProfile;
+        }
+        // The second pass. A lut8/lut16 folder that still holds the bytes the scratch was read
+        // from would read into the same table again (an import re-initialises its tag from the
+        // folder alone), so the shown tag takes the scratch's. An mlut scratch was laid out again
+        // to be measured, so its folder is read anew.
+        if constexpr (!std::is_same_v<Tag, iccMlutType>) {
+            if (files.unchanged()) {
+                try {
+                    tag = scratch;
+                    return icOk;
+                } catch (const std::bad_alloc&) {
+                    box(presenter, updateFailed);
+                    return icErrNoMemory;
+                }
+            }
+        }
+        icFolderSource again(folder);
+        if (icStatus s = import(tag, again, stated); s != icOk) {
+            box(presenter, updateFailed);
+            return s;
+        }
+        return icOk;
+    });
 }
 
 template <class Lut> icStatus lutImport(Presenter& presenter, Lut& tag, const std::string& folder) {
     Lut scratch;
-    const auto import = [](Lut& into, const std::string& path, std::uint32_t& stated) {
-        return importLut(into, path, &stated);
-    };
-    const icStatus s = importTwice(presenter, tag, scratch, folder, import, kLutUpdateFailed);
+    const icStatus s =
+        importTwice(presenter, tag, scratch, folder, importLut<Lut>, kLutUpdateFailed);
     if (s != icOk)
         return s;
     try {
@@ -147,8 +163,8 @@ icStatus runMlutImport(Presenter& presenter, iccMlutType& tag, const std::string
     // The scratch table takes whichever of the two signatures the folder names; the comparison
     // then refuses one that differs from the shown tag's.
     iccMlutType scratch;
-    const auto import = [](iccMlutType& into, const std::string& path, std::uint32_t& stated) {
-        const icStatus s = ImportMlutFolder(into, path);
+    const auto import = [](iccMlutType& into, icExchangeSource& files, std::uint32_t& stated) {
+        const icStatus s = ImportMlutFiles(into, files);
         stated = into.rawSize(); // the folder's Tag_Bytes, which the import encodes into
         return s;
     };

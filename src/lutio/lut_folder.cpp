@@ -7,6 +7,8 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -123,7 +125,7 @@ struct LutHeader {
 };
 
 template <class Lut> icStatus readHeader(icExchangeSource& files, LutHeader& header) {
-    std::string text;
+    std::string_view text;
     if (icStatus s = files.read(kHeaderFile, text); s != icOk)
         return s;
     icTextIn in(text);
@@ -188,45 +190,83 @@ template <class Lut> bool tablesBacked(icExchangeSource& files, const LutHeader&
            holds(kClutFile, h.outputs == 0 ? 0 : nodes, h.outputs);
 }
 
-// A table file: `rows` rows, each its index and `columns` numbers, as a free stream of tokens.
-// `store(row, numbers)` takes the numbers of each row, and stores each cut to the table's width,
-// without a range check.
+// Rows [row, end) of a table file, each its index and then `columns` numbers, read as a free
+// stream of numbers from the front of `text`, which is advanced past them. `store(row, numbers)`
+// takes each row's numbers and stores each cut to the table's width, without a range check.
+// False at the first number that does not read (an index beyond 32 bits among them) or index
+// that does not match.
+template <class Store>
+bool scanRows(std::string_view& text, std::uint32_t row, std::uint32_t end, std::uint32_t columns,
+              Store& store) {
+    // A row holds at most 255 values: the channel counts of both table types are single bytes.
+    std::array<std::uint32_t, 256> numbers;
+    const auto wanted = std::span(numbers).first(std::min<std::size_t>(columns + 1, 256));
+    for (; row < end; ++row) {
+        if (scanU32s(text, wanted) != wanted.size() || numbers[0] != row)
+            return false;
+        store(row, wanted.subspan(1));
+    }
+    return true;
+}
+
+// Large table files are read in parts, one per core, each from a line feed on: a part takes its
+// first number for the index of its first row and reads up to the next part's. Where every part
+// holds exactly its rows, the parts read as the whole stream does; anything else (rows that span
+// line feeds, a malformed number) reads the whole stream again, and that result stands.
+constexpr std::size_t kMinPartBytes = 1u << 20;
+constexpr std::size_t kMaxParts = 8;
+
 template <class Store>
 icStatus readRows(icExchangeSource& files, std::string_view name, std::uint32_t rows,
                   std::uint32_t columns, Store store) {
-    // Whole rows at a time; a row holds at most 256 numbers. An index beyond 32 bits fails to
-    // read, where it would have failed to match.
-    std::array<std::uint32_t, 1024> numbers;
-    const std::size_t width = std::size_t(columns) + 1;
-    const auto rowsPerBatch = static_cast<std::uint32_t>(numbers.size() / width);
-    std::uint32_t row = 0;
-    std::size_t held = 0; // numbers of the batch read so far
-    bool malformed = false;
-    const auto consume = [&](std::string_view piece, bool last) {
-        while (row < rows) {
-            const std::size_t count = std::min(rowsPerBatch, rows - row) * width;
-            held += scanU32s(piece, std::span(numbers).subspan(held, count - held));
-            if (held < count) {
-                // The piece ran out, or what follows is not a number.
-                malformed = last || std::any_of(piece.begin(), piece.end(),
-                                                [](char c) { return !isScanSpace(c); });
-                return !malformed;
-            }
-            held = 0;
-            for (const std::uint32_t* at = numbers.data(); at != numbers.data() + count;
-                 at += width, ++row) {
-                if (*at != row) {
-                    malformed = true;
-                    return false;
-                }
-                store(row, std::span<const std::uint32_t>(at + 1, columns));
-            }
-        }
-        return false;
-    };
-    if (icStatus s = files.readPieces(name, consume); s != icOk)
+    std::string_view text;
+    if (icStatus s = files.read(name, text); s != icOk)
         return s;
-    return malformed ? icErrFile : icOk;
+    struct Part {
+        std::string_view text;
+        std::uint32_t row, end;
+        bool read = false;
+    };
+    std::vector<Part> parts;
+    const std::size_t wanted =
+        std::min<std::size_t>({std::max(1u, std::thread::hardware_concurrency()), kMaxParts,
+                               text.size() / kMinPartBytes});
+    std::size_t begin = 0;
+    std::uint32_t row = 0;
+    for (std::size_t p = 1; p < wanted; ++p) {
+        const std::size_t cut = text.find('\n', std::max(begin, text.size() / wanted * p));
+        std::string_view next = text.substr(std::min(cut, text.size() - 1) + 1);
+        std::uint32_t index = 0;
+        if (cut == std::string_view::npos || !scanU32(next, index) || index <= row || index >= rows)
+            break;
+        parts.push_back({text.substr(begin, cut + 1 - begin), row, index});
+        begin = cut + 1;
+        row = index;
+    }
+    parts.push_back({text.substr(begin), row, rows});
+    const auto readPart = [&](Part& part) {
+        std::string_view rest = part.text;
+        part.read = scanRows(rest, part.row, part.end, columns, store) &&
+                    (&part == &parts.back() || std::all_of(rest.begin(), rest.end(), isScanSpace));
+    };
+    if (parts.size() > 1) {
+        std::vector<std::jthread> helpers;
+        helpers.reserve(parts.size() - 1);
+        std::size_t p = 1;
+        try {
+            for (; p < parts.size(); ++p)
+                helpers.emplace_back(readPart, std::ref(parts[p]));
+        } catch (const std::system_error&) {
+            // No more threads: the remaining parts are read here.
+        }
+        for (; p < parts.size(); ++p)
+            readPart(parts[p]);
+        readPart(parts[0]);
+        helpers.clear(); // joins
+        if (std::all_of(parts.begin(), parts.end(), [](const Part& part) { return part.read; }))
+            return icOk;
+    }
+    return scanRows(text, 0, rows, columns, store) ? icOk : icErrFile;
 }
 
 template <class Value>
@@ -274,7 +314,7 @@ icStatus importFiles(Lut& tag, icExchangeSource& files, std::uint32_t* tagBytes)
             return s;
 
         {
-            std::string text;
+            std::string_view text;
             if ((s = files.read(kMatrixFile, text)) != icOk)
                 return s;
             icTextIn in(text);

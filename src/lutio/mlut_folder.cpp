@@ -54,7 +54,7 @@ constexpr std::uint64_t minimumText(std::uint64_t numbers) {
 }
 
 icStatus readMatrix(icExchangeSource& files, std::array<std::int32_t, 12>& matrix) {
-    std::string text;
+    std::string_view text;
     if (icStatus s = files.read(kMatrixFile, text); s != icOk)
         return s;
     icTextIn in(text);
@@ -69,7 +69,7 @@ icStatus readMatrix(icExchangeSource& files, std::array<std::int32_t, 12>& matri
 }
 
 icStatus importFiles(iccMlutType& tag, icExchangeSource& files) {
-    std::string text;
+    std::string_view text;
     if (icStatus s = files.read(kHeaderFile, text); s != icOk)
         return s;
     icTextIn in(text);
@@ -116,8 +116,6 @@ icStatus importFiles(iccMlutType& tag, icExchangeSource& files) {
         if (icStatus s = parseClutText(*tag.clut, text); s != icOk)
             return s;
     }
-    text.clear();
-    text.shrink_to_fit();
     return encodeMlutAtStoredOffsets(tag, tagBytes);
 }
 

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <new>
 #include <system_error>
+#include <thread>
 
 namespace {
 
@@ -315,13 +316,12 @@ constexpr std::size_t kPieceSize = 1u << 20;
 
 // Hands the laid-out profile to `sink` (a callable taking a span, false when it could not take
 // it) in file order: the header as it stands, the directory, the bytes of every owned block at
-// its offset and zeros in any gap, up to the size in the header. Each byte is handed over once
-// and, for version 4, hashed on its way, so that `id` then holds the Profile ID that belongs at
-// bytes 84-99 (the header handed over still carries the old one).
+// its offset and zeros in any gap, up to the size in the header. With `hashed` each byte is
+// hashed on its way, so that `id` then holds the Profile ID that belongs at bytes 84-99 (the
+// header handed over still carries the old one).
 template <class Sink>
-icStatus iccProfileRW::writeLaidOut(Sink& sink, std::optional<icDigest>& id) const {
+icStatus iccProfileRW::writeLaidOut(Sink& sink, bool hashed, std::optional<icDigest>& id) const {
     static constexpr std::array<std::uint8_t, 4096> kZeros{};
-    const bool hashed = isVersion4(header_);
     icProfileIdHash hash;
     std::uint64_t written = 0;
     const auto put = [&](std::span<const std::uint8_t> bytes) {
@@ -383,6 +383,33 @@ icStatus iccProfileRW::writeLaidOut(Sink& sink, std::optional<icDigest>& id) con
     return icOk;
 }
 
+// writeLaidOut with the Profile ID of a version-4 profile. The hash is computed on another core
+// while `sink` takes the bytes, both passes reading the same blocks, which nothing changes
+// meanwhile; where no thread can be started, the one pass hashes as it goes.
+template <class Sink>
+icStatus iccProfileRW::writeLaidOutWithId(Sink& sink, std::optional<icDigest>& id) const {
+    if (!isVersion4(header_))
+        return writeLaidOut(sink, false, id);
+    icStatus hashed = icErrFile;
+    std::optional<icDigest> digest;
+    std::jthread hasher;
+    try {
+        hasher = std::jthread([this, &hashed, &digest] {
+            auto nowhere = [](std::span<const std::uint8_t>) { return true; };
+            hashed = writeLaidOut(nowhere, true, digest);
+        });
+    } catch (const std::system_error&) {
+        return writeLaidOut(sink, true, id);
+    }
+    std::optional<icDigest> none;
+    const icStatus written = writeLaidOut(sink, false, none);
+    hasher.join();
+    if (written != icOk)
+        return written;
+    id = digest;
+    return hashed;
+}
+
 icStatus iccProfileRW::saveToMemory(std::vector<std::uint8_t>& out) {
     out.clear();
     if (icStatus s = layout(); s != icOk)
@@ -400,7 +427,7 @@ icStatus iccProfileRW::saveToMemory(std::vector<std::uint8_t>& out) {
         return true;
     };
     std::optional<icDigest> id;
-    if (icStatus s = writeLaidOut(append, id); s != icOk) {
+    if (icStatus s = writeLaidOutWithId(append, id); s != icOk) {
         out.clear();
         return s;
     }
@@ -418,7 +445,7 @@ icStatus iccProfileRW::saveToFile(const std::string& path) {
             return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
         };
         std::optional<icDigest> id;
-        status = writeLaidOut(write, id);
+        status = writeLaidOutWithId(write, id);
         if (status == icOk && id &&
             (std::fseek(file, static_cast<long>(kProfileIdOffset), SEEK_SET) != 0 || !write(*id)))
             status = icErrFile;

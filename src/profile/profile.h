@@ -123,8 +123,11 @@ public:
     [[nodiscard]] icStatus saveToFile(const std::string& path);
 
 private:
-    // Hands the laid-out profile to `sink` in file order; see profile.cpp.
-    template <class Sink> icStatus writeLaidOut(Sink& sink, std::optional<icDigest>& id) const;
+    // Hand the laid-out profile to `sink` in file order; see profile.cpp.
+    template <class Sink>
+    icStatus writeLaidOut(Sink& sink, bool hashed, std::optional<icDigest>& id) const;
+    template <class Sink>
+    icStatus writeLaidOutWithId(Sink& sink, std::optional<icDigest>& id) const;
     icStatus loadEverything(icStatus loaded);
     icStatus storeOwned(int owner, std::span<const std::uint8_t> bytes);
 };

@@ -126,12 +126,54 @@ TEST(LutFolder, ImportRules) {
     EXPECT_EQ(lut8.clut, (std::vector<std::uint8_t>{255, 0}));
     EXPECT_EQ(ImportLut8Folder(lut8, exported), icErrFile);
 
-    // A folder's table file is read in pieces that never cut a number: runs longer than a piece.
-    writeText(exported / "clut.txt",
-              "0 " + std::string(300000, '0') + "1" + std::string(300000, ' ') + "1 2 2 3 3 4");
-    iccLut16Type pieces;
-    ASSERT_EQ(ImportLut16Folder(pieces, exported), icOk);
-    EXPECT_EQ(pieces.clut, (std::vector<std::uint16_t>{1, 2, 3, 4}));
+}
+
+TEST(LutFolder, LargeTablesReadAsOneStream) {
+    // 160,000 CLUT rows: about 4 MB of text, read in parts on every core.
+    iccLut16Type original;
+    ASSERT_EQ(original.initialize(4, 2, 3, 2, 20), icOk);
+    for (std::size_t i = 0; i < original.clut.size(); ++i)
+        original.clut[i] = static_cast<std::uint16_t>(i * 7919);
+    const auto folder = makeFolder("lut16-large");
+    ASSERT_EQ(ExportLut16Folder(original, folder), icOk);
+    const std::string clut = readText(folder / "clut.txt");
+    const auto imported = [&folder](const std::string& text, icStatus expected) {
+        writeText(folder / "clut.txt", text);
+        iccLut16Type lut;
+        EXPECT_EQ(ImportLut16Folder(lut, folder), expected);
+        return lut.clut;
+    };
+    EXPECT_EQ(imported(clut, icOk), original.clut);
+    // Rows that span line feeds, so that a part may start inside a row.
+    std::string wrapped = clut;
+    for (std::size_t i = 0; i < wrapped.size(); ++i)
+        if (wrapped[i] == '\n' || wrapped[i] == ' ')
+            wrapped[i] = i % 7 == 0 ? '\n' : ' ';
+    EXPECT_EQ(imported(wrapped, icOk), original.clut);
+    // A malformed index in the last row, or a wrong index in the middle, fails the whole table.
+    std::string broken = clut;
+    broken[broken.rfind('\n', broken.size() - 2) + 1] = 'x';
+    EXPECT_EQ(imported(broken, icErrFile), std::vector<std::uint16_t>(original.clut.size()));
+    broken = edited(clut, "\n100000 ", "\n100001 ");
+    EXPECT_EQ(imported(broken, icErrFile), std::vector<std::uint16_t>(original.clut.size()));
+}
+
+TEST(LutFolder, FolderSourceTellsAChangedFolder) {
+    const auto folder = makeFolder("source", {{"a.txt", "one"}, {"b.txt", "two"}});
+    icFolderSource files(folder);
+    std::string_view a;
+    ASSERT_EQ(files.read("a.txt", a), icOk);
+    EXPECT_EQ(files.size("b.txt"), 3u);
+    writeText(folder / "a.txt", "one");
+    EXPECT_TRUE(files.unchanged());
+    writeText(folder / "a.txt", "onE");
+    EXPECT_FALSE(files.unchanged());
+    writeText(folder / "a.txt", "one");
+    writeText(folder / "b.txt", "too");
+    EXPECT_TRUE(files.unchanged()); // only its size was asked for
+    std::filesystem::remove(folder / "b.txt");
+    EXPECT_FALSE(files.unchanged());
+    EXPECT_EQ(a, "one");
 }
 
 TEST(LutFolder, ViewerImportTwoPasses) {
