@@ -125,7 +125,6 @@ TEST(LutFolder, ImportRules) {
     ASSERT_EQ(ImportLut8Folder(lut8, folder8), icOk);
     EXPECT_EQ(lut8.clut, (std::vector<std::uint8_t>{255, 0}));
     EXPECT_EQ(ImportLut8Folder(lut8, exported), icErrFile);
-
 }
 
 TEST(LutFolder, LargeTablesReadAsOneStream) {
