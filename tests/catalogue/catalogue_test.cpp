@@ -78,7 +78,7 @@ TEST(ShowTag, OutOfMemoryEscalatesInsteadOfReporting) {
             throw std::bad_alloc();
         }
     };
-    auto profile = loadProfile(ProfileBuilder().tag(icSig("zzzz"), tagBytes(icSig("zzzz"))));
+    auto profile = loaded(ProfileBuilder().tag(icSig("zzzz"), tagBytes(icSig("zzzz"))).build());
     Exhausted presenter;
     EXPECT_EQ(showTag(presenter, *profile, 0), icErrNoMemory);
     EXPECT_EQ(presenter.shown, (std::vector<Shown>{{"stop", "Veltrino", "Out of memory."}}));
@@ -90,7 +90,7 @@ struct WriteBack {
     std::unique_ptr<iccProfileRW> profile;
     RecordingPresenter presenter;
 
-    WriteBack(const ProfileBuilder& builder) : profile(loadProfile(builder)) {}
+    WriteBack(const ProfileBuilder& builder) : profile(loaded(builder.build())) {}
     Bytes run(int index = 0) {
         EXPECT_EQ(showTag(presenter, *profile, index), icOk);
         const auto bytes = profile->getTagData(index);

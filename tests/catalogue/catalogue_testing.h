@@ -149,13 +149,6 @@ inline Bytes mabTag() {
                                    0,          0,  clut, 0x8000FFFF, 0,  0,  0,    curv, 0, 0});
 }
 
-// A profile of the builder's header with one tag per entry, loaded.
-inline std::unique_ptr<iccProfileRW> loadProfile(const ProfileBuilder& builder) {
-    auto profile = std::make_unique<iccProfileRW>();
-    EXPECT_EQ(profile->loadFromMemory(builder.build()), icOk);
-    return profile;
-}
-
 // Shows tag `index` of a one-tag (or more) profile and returns what was shown.
 struct ShowResult {
     icStatus status;
@@ -165,7 +158,7 @@ struct ShowResult {
 inline ShowResult showOne(icSignature sig, const Bytes& bytes, bool v4 = false) {
     ProfileBuilder builder;
     builder.header.version = v4 ? 0x04300000 : 0x02100000;
-    auto profile = loadProfile(builder.tag(sig, bytes));
+    auto profile = loaded(builder.tag(sig, bytes).build());
     RecordingPresenter presenter;
     const icStatus s = showTag(presenter, *profile, 0);
     return {s, presenter.shown};

@@ -14,9 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kSrgbV2 = "/usr/share/color/icc/sRGB.icc";
-const std::string kSrgbV4 = "/usr/share/color/icc/colord/sRGB.icc";
-
 icProfileDiff diffOf(iccProfile& a, iccProfile& b, double tolerance = 0) {
     icProfileDiff diff;
     EXPECT_EQ(diffProfiles(a, b, {tolerance}, diff), icOk);
@@ -119,10 +116,9 @@ TEST(ProfileDiff, TagsOfEachKind) {
     };
     for (const TagCase& c : cases) {
         SCOPED_TRACE(c.name);
-        iccProfileRW a, b;
-        ASSERT_EQ(a.loadFromMemory(ProfileBuilder().tag(icSig("wtpt"), c.a).build()), icOk);
-        ASSERT_EQ(b.loadFromMemory(ProfileBuilder().tag(icSig("wtpt"), c.b).build()), icOk);
-        const icProfileDiff diff = diffOf(a, b, c.tolerance);
+        const auto a = loaded(ProfileBuilder().tag(icSig("wtpt"), c.a).build());
+        const auto b = loaded(ProfileBuilder().tag(icSig("wtpt"), c.b).build());
+        const icProfileDiff diff = diffOf(*a, *b, c.tolerance);
         const icDiffSection* tag = find(diff, "Tag wtpt");
         EXPECT_EQ(tag ? lines(*tag) : std::vector<std::string>(), c.expected);
         EXPECT_EQ(diff.tagsWithinTolerance, c.expected.empty() ? 1u : 0u);
@@ -137,10 +133,7 @@ TEST(ProfileDiff, HeaderAndDirectory) {
     b.header.flags = 0x10000;
     b.tag(icSig("desc"), textTag("x")).tag(icSig("wtpt"), xyz).tag(icSig("bkpt"), xyz);
     b.tag(icSig("priv"), tagBytes(icSig("zzzz")));
-    iccProfileRW pa, pb;
-    ASSERT_EQ(pa.loadFromMemory(a.build()), icOk);
-    ASSERT_EQ(pb.loadFromMemory(b.build()), icOk);
-    const icProfileDiff diff = diffOf(pa, pb);
+    const icProfileDiff diff = diffOf(*loaded(a.build()), *loaded(b.build()));
     ASSERT_EQ(diff.sections.size(), 2u) << diffReportText(diff);
     EXPECT_EQ(lines(diff.sections[0]),
               (std::vector<std::string>{"Size: 200 bytes -> 240 bytes",
@@ -158,7 +151,7 @@ TEST(ProfileDiff, HeaderAndDirectory) {
 
 TEST(ProfileDiff, VersionTwoAgainstVersionFour) {
     iccProfileRW v2, v4;
-    if (v2.loadFromFile(kSrgbV2) != icOk || v4.loadFromFile(kSrgbV4) != icOk)
+    if (v2.loadFromFile(kSrgbV2) != icOk || v4.loadFromFile(kSrgb) != icOk)
         GTEST_SKIP() << "the two sRGB profiles are not installed";
     const icProfileDiff diff = diffOf(v2, v4);
     const std::vector<std::string> header = lines(*find(diff, "Header"));
@@ -189,7 +182,7 @@ TEST(ProfileDiff, ClutNodeChangedThroughImport) {
         std::vector<std::string> sharing; // the entries that share the table's bytes
     };
     const Case cases[] = {
-        {"/usr/share/color/icc/ghostscript/default_cmyk.icc", 1000, {1, 3, 3, 1}, {"A2B1", "A2B2"}},
+        {kCmyk, 1000, {1, 3, 3, 1}, {"A2B1", "A2B2"}},
         // An 'mAB ' of Little CMS: A curves, a 9x5x3 CLUT of three outputs, B curves.
         {writeBytes(scratchDir() / "diff-mab.icc", lcmsProfile({{cmsSigAToB0Tag, 3, "c3c"}})),
          37,
@@ -233,14 +226,14 @@ TEST(ProfileDiff, ClutNodeChangedThroughImport) {
 }
 
 TEST(ProfileDiff, CommandExitStatuses) {
-    const CliResult same = runCli({"diff", kSrgbV4, kSrgbV4});
+    const CliResult same = runCli({"diff", kSrgb, kSrgb});
     EXPECT_EQ(same.exitCode, 0);
     EXPECT_EQ(same.out, "Summary: the profiles are equivalent\n");
-    const CliResult missing = runCli({"diff", kSrgbV4, "/no/such.icc"});
+    const CliResult missing = runCli({"diff", kSrgb, "/no/such.icc"});
     EXPECT_EQ(missing.exitCode, 3);
     EXPECT_NE(missing.err.find("Error in reading ICC profile: /no/such.icc."), std::string::npos);
-    EXPECT_EQ(runCli({"diff", kSrgbV4}).exitCode, 2);
-    EXPECT_EQ(runCli({"diff", "--tolerance", "-1", kSrgbV4, kSrgbV4}).exitCode, 2);
+    EXPECT_EQ(runCli({"diff", kSrgb}).exitCode, 2);
+    EXPECT_EQ(runCli({"diff", "--tolerance", "-1", kSrgb, kSrgb}).exitCode, 2);
 }
 
 } // namespace

@@ -50,13 +50,11 @@ TEST(HeaderModel, FieldTexts) {
 }
 
 TEST(HeaderModel, TagTableInDecimal) {
-    iccProfileRW profile;
-    ASSERT_EQ(profile.loadFromMemory(ProfileBuilder()
-                                         .tag(icSig("desc"), textTag("0123456"))
-                                         .entry(icSig("wtpt"), 130, 20)
-                                         .build()),
-              icOk);
-    const auto rows = tagTableRows(profile, false);
+    const auto profile = loaded(ProfileBuilder()
+                                    .tag(icSig("desc"), textTag("0123456"))
+                                    .entry(icSig("wtpt"), 130, 20)
+                                    .build());
+    const auto rows = tagTableRows(*profile, false);
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[0].offset + " " + rows[0].size, "156 16");
     EXPECT_EQ(rows[1].index + " " + rows[1].signature + " " + rows[1].offset, "1 wtpt 130");

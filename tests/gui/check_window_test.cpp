@@ -58,7 +58,7 @@ private slots:
 
         // Saved here from a profile with an ID, the window knows the ID that save hashed.
         const std::string saved = (scratchDir() / "check-window-saved.icc").string();
-        QVERIFY(window.openProfile("/usr/share/color/icc/colord/sRGB.icc"));
+        QVERIFY(window.openProfile(kSrgb));
         prompts.answers = {saved};
         window.saveAs();
         tags.clear();

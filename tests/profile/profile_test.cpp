@@ -12,12 +12,6 @@
 
 namespace {
 
-std::unique_ptr<iccProfileRW> loaded(const Bytes& bytes, icStatus expected = icOk) {
-    auto profile = std::make_unique<iccProfileRW>();
-    EXPECT_EQ(profile->loadFromMemory(bytes), expected);
-    return profile;
-}
-
 std::string textOf(iccProfileRW& profile, icSignature sig) {
     iccTextType text;
     EXPECT_EQ(text.loadBySignature(sig, profile), icOk);

@@ -58,10 +58,9 @@ TEST(CurveType, DecodeStatusOnBothLoadPaths) {
         std::unique_ptr<iccTagType> set, load;
         ASSERT_EQ(makeTagType(loadBE32(row.bytes.data()), set), icOk);
         EXPECT_EQ(set->setData(row.bytes), row.set);
-        iccProfileRW profile;
-        ASSERT_EQ(profile.loadFromMemory(ProfileBuilder().tag(icSig("rTRC"), row.bytes).build()),
-                  icOk);
-        EXPECT_EQ(loadTagType(profile, 0, load), row.load);
+        EXPECT_EQ(
+            loadTagType(*loaded(ProfileBuilder().tag(icSig("rTRC"), row.bytes).build()), 0, load),
+            row.load);
     }
     iccCurveType curve;
     EXPECT_EQ(curve.setData(tagBytes(icSig("XYZ "), Bytes(12))), icErrBadProfile);

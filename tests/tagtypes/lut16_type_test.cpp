@@ -138,13 +138,11 @@ TEST(LutTypes, HostileSizesFailBeforeAllocating) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        iccProfileRW profile;
-        ASSERT_EQ(profile.loadFromMemory(ProfileBuilder().tag(icSig("A2B0"), c.bytes).build()),
-                  icOk);
+        const auto profile = loaded(ProfileBuilder().tag(icSig("A2B0"), c.bytes).build());
         iccLut8Type lut8;
         iccLut16Type lut16;
         iccTagType& lut = c.asLut8 ? static_cast<iccTagType&>(lut8) : lut16;
-        EXPECT_EQ(lut.loadByIndex(0, profile), c.fromProfile);
+        EXPECT_EQ(lut.loadByIndex(0, *profile), c.fromProfile);
         EXPECT_EQ(lut.setData(c.bytes), c.fromBytes);
     }
 }

@@ -29,9 +29,7 @@ Bytes mlucTag(std::uint32_t recordSize, std::uint32_t length, std::uint32_t offs
 
 // Loads the tag through a profile, as the viewers do.
 template <class T> icStatus loadTag(T& tag, const Bytes& bytes) {
-    iccProfileRW profile;
-    EXPECT_EQ(profile.loadFromMemory(ProfileBuilder().tag(icSig("tst1"), bytes).build()), icOk);
-    return tag.loadByIndex(0, profile);
+    return tag.loadByIndex(0, *loaded(ProfileBuilder().tag(icSig("tst1"), bytes).build()));
 }
 
 TEST(TextType, ReadsUpToItsNulAndNeverPastTheTag) {
@@ -124,9 +122,8 @@ Bytes lcmsSequenceTag(double version) {
     }
     EXPECT_TRUE(cmsWriteTag(h, cmsSigProfileSequenceDescTag, seq));
     cmsFreeProfileSequenceDescription(seq);
-    iccProfileRW loaded;
-    EXPECT_EQ(loaded.loadFromMemory(lcmsSave(h)), icOk);
-    const auto tag = loaded.getTagDataBySignature(icSig("pseq"));
+    const auto profile = loaded(lcmsSave(h));
+    const auto tag = profile->getTagDataBySignature(icSig("pseq"));
     return Bytes(tag.begin(), tag.end());
 }
 

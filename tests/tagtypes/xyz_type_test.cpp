@@ -57,15 +57,13 @@ TEST(XyzTypes, OddSizesAreBoundedByTheRawBytes) {
     EXPECT_EQ(chad.matrix[8], 2.0);
 
     // Tags too short for their values fail after decoding when loaded from a profile.
-    iccProfileRW loaded;
-    ASSERT_EQ(loaded.loadFromMemory(
-                  ProfileBuilder()
-                      .tag(icSig("chad"), wordTag(icSig("sf32"), {1, 2, 3, 4, 5, 6, 7, 8}))
-                      .tag(icSig("wtpt"), wordTag(icSig("XYZ "), {1, 2}))
-                      .build()),
-              icOk);
-    EXPECT_EQ(chad.loadByIndex(0, loaded), icErrBadProfile);
-    EXPECT_EQ(xyz.loadByIndex(1, loaded), icErrBadProfile);
+    const auto profile =
+        loaded(ProfileBuilder()
+                   .tag(icSig("chad"), wordTag(icSig("sf32"), {1, 2, 3, 4, 5, 6, 7, 8}))
+                   .tag(icSig("wtpt"), wordTag(icSig("XYZ "), {1, 2}))
+                   .build());
+    EXPECT_EQ(chad.loadByIndex(0, *profile), icErrBadProfile);
+    EXPECT_EQ(xyz.loadByIndex(1, *profile), icErrBadProfile);
 }
 
 TEST(ProfileSetters, AdaptationAndWhitePointReadBackInLittleCms) {
