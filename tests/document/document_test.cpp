@@ -1,5 +1,5 @@
 // The header panel's and tag table's texts, the shared data folder and the folder record (the
-// CLI tests compare the panel with Little CMS and show the warnings and hexadecimal cells).
+// CLI tests compare the panel with Little CMS and show the warnings and the tag table's cells).
 #include "document/header_model.h"
 #include "document/settings_model.h"
 #include "support/test_support.h"
@@ -47,17 +47,6 @@ TEST(HeaderModel, FieldTexts) {
     EXPECT_EQ(fillHeaderPanel(h, recorder, fields), icErrBadProfile);
     EXPECT_EQ(recorder.boxes,
               std::vector<std::string>{"2|Veltrino|Error in icc header. Errcode: -1001.\n"});
-}
-
-TEST(HeaderModel, TagTableInDecimal) {
-    const auto profile = loaded(ProfileBuilder()
-                                    .tag(icSig("desc"), textTag("0123456"))
-                                    .entry(icSig("wtpt"), 130, 20)
-                                    .build());
-    const auto rows = tagTableRows(*profile, false);
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].offset + " " + rows[0].size, "156 16");
-    EXPECT_EQ(rows[1].index + " " + rows[1].signature + " " + rows[1].offset, "1 wtpt 130");
 }
 
 TEST(DataFolder, CutToTwoHundredSixtyCharactersNeverInsideOne) {
