@@ -1,53 +1,31 @@
 // The profile check: one hand-built profile per class of finding, Profile IDs by both rules,
 // every installed profile against Little CMS and our loader, and veltrino-cli check.
+#include "catalogue/catalogue_testing.h"
 #include "check/check_report.h"
-#include "profile/profile.h"
-#include "support/test_support.h"
-#include "tagtypes/curve_type.h"
-#include "tagtypes/multi_localized_unicode_type.h"
 #include "tagtypes/tag_factory.h"
-#include "tagtypes/text_description_type.h"
-#include "tagtypes/xyz_type.h"
 
-#include <gtest/gtest.h>
 #include <lcms2.h>
 #include <nlohmann/json.hpp>
 
-#include <functional>
 #include <map>
 #include <set>
 
 namespace {
 
-template <class Tag, class... Args> Bytes encoded(icStatus (Tag::*set)(Args...), auto... args) {
-    Tag tag;
-    EXPECT_EQ((tag.*set)(args...), icOk);
-    return Bytes(tag.raw().begin(), tag.raw().end());
-}
-Bytes xyz(double x, double y, double z) {
-    return encoded(&iccXYZType::setXYZ, x, y, z);
-}
 template <class... Values> Bytes curve(Values... entries) {
-    const std::vector<std::uint16_t> values{static_cast<std::uint16_t>(entries)...};
-    return encoded<iccCurveType, std::uint32_t, std::span<const std::uint16_t>>(
-        &iccCurveType::build, static_cast<std::uint32_t>(values.size()),
-        std::span<const std::uint16_t>(values));
+    return curvTag({static_cast<std::uint16_t>(entries)...});
 }
 
 // A sound matrix/TRC display profile: 0 desc, 1 cprt, 2 wtpt, 3-5 colorants, 6-8 curves.
 Bytes base(bool version4 = false) {
     ProfileBuilder b;
     b.header.version = version4 ? 0x04300000 : 0x02400000;
-    const auto text = [&](std::string_view s) {
-        return version4 ? encoded(&iccMultiLocalizedUnicodeType::setFromAscii, s)
-                        : encoded(&iccTextDescriptionType::setFromAscii, s);
-    };
-    b.tag(icSig("desc"), text("base"))
-        .tag(icSig("cprt"), version4 ? text("none") : textTag("none"))
-        .tag(icSig("wtpt"), xyz(0.9642, 1.0, 0.8249))
-        .tag(icSig("rXYZ"), xyz(0.4361, 0.2225, 0.0139))
-        .tag(icSig("gXYZ"), xyz(0.3851, 0.7169, 0.0971))
-        .tag(icSig("bXYZ"), xyz(0.1431, 0.0606, 0.7141));
+    b.tag(icSig("desc"), version4 ? mlucTag("base") : descTag("base"))
+        .tag(icSig("cprt"), version4 ? mlucTag("none") : textTag("none"))
+        .tag(icSig("wtpt"), xyzTag(0.9642, 1.0, 0.8249))
+        .tag(icSig("rXYZ"), xyzTag(0.4361, 0.2225, 0.0139))
+        .tag(icSig("gXYZ"), xyzTag(0.3851, 0.7169, 0.0971))
+        .tag(icSig("bXYZ"), xyzTag(0.1431, 0.0606, 0.7141));
     for (const char* sig : {"rTRC", "gTRC", "bTRC"})
         b.tag(textToSig(sig), curve(0, 20000, 65535));
     return b.build();
@@ -129,7 +107,7 @@ const Case kCases[] = {
     {[](Bytes& b) { put32(b, get32(b, entry(6) + 4) + 8, 200); }, error, "decode", "rTRC", kAtTag},
     {[](Bytes& b) { replaceTag(b, 6, curve(0, 40000, 30000, 65535)); }, warning, "non-monotonic",
      "rTRC", 16},
-    {[](Bytes& b) { replaceTag(b, 3, xyz(0.6, 0.3, 0.02)); }, warning, "colorant-sum", "rXYZ",
+    {[](Bytes& b) { replaceTag(b, 3, xyzTag(0.6, 0.3, 0.02)); }, warning, "colorant-sum", "rXYZ",
      kAtTag},
     {[](Bytes& b) { b[get32(b, entry(0) + 4) + 16] = 'E'; }, warning, "mluc-code", "desc", 16,
      true},
