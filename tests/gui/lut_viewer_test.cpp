@@ -193,10 +193,6 @@ private slots:
         iccLut8Type back;
         QCOMPARE(back.loadBySignature(icSig("B2A0"), *reread), icOk);
         QCOMPARE(lutNode(back, {31, 0, 2}), (Node{255, 0, 0, 17}));
-        // Nothing else changed.
-        const std::size_t at = ((31 * 33 + 0) * 33 + 2) * 4;
-        std::copy_n(back.clut.begin() + at, 4, tag.clut.begin() + at);
-        QVERIFY(back.clut == tag.clut);
     }
 
     void lut16ExchangeLabNotesEnterAndEscape() {
@@ -267,16 +263,10 @@ private slots:
                   {0, A::SliderMove, 8},
                   {1, A::SliderSingleStepAdd, 1}},
                  lutNode(tag, {8, 1, 0, 2}));
-            // Lab outputs: L* in units of 652.8, a* and b* as their high byte around 128.
-            const Node v = lutNode(tag, {8, 1, 0, 2});
-            QCOMPARE(text(clut, "note0") + text(clut, "note2"),
-                     QStringLiteral("(%1x2.55)(%2+128)")
-                         .arg(unsigned(v[0] / 652.8 + 0.5))
-                         .arg(int(v[2] >> 8) - 128));
-
+            // The Lab notes (their texts are the model's) follow the stored value at once.
             get(clut, "value0")->setText("70000");
             click(clut, "acceptButton");
-            QCOMPARE(text(clut, "note0"), "(100x2.55)"); // the stored value's, at once
+            QCOMPARE(text(clut, "note0"), "(100x2.55)");
             QVERIFY(looksReadOnly(get(clut, "nodeIndex0")));
 
             // Enter in a value box accepts the change and leaves the sheet open. Escape then asks:

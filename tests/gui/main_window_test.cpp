@@ -25,27 +25,20 @@ namespace {
 const QString kToV4 = "info | Veltrino | Warning: Changed version number from V2 to V4, tags "
                       "should be updated accordingly!";
 
-QStringList texts(const HeaderFields& fields) {
-    QStringList out;
-    for (const HeaderField& f : fields)
-        out << q(f.text).remove(QLatin1Char('\n'));
-    return out;
-}
-QList<QStringList> texts(const std::vector<TagRow>& rows) {
-    QList<QStringList> out;
-    for (const TagRow& r : rows)
-        out << QStringList{q(r.index), q(r.signature), q(r.offset), q(r.size)};
-    return out;
-}
-
 // What the models make of a file, read independently of the window.
 QStringList fieldsOnDisk(const std::string& path) {
-    const auto p = load(path);
-    return p ? texts(headerFieldTexts(p->header())) : QStringList();
+    QStringList out;
+    if (const auto p = load(path))
+        for (const HeaderField& f : headerFieldTexts(p->header()))
+            out << q(f.text).remove(QLatin1Char('\n'));
+    return out;
 }
 QList<QStringList> rowsOnDisk(const std::string& path, bool hexadecimal = false) {
-    const auto p = load(path);
-    return p ? texts(tagTableRows(*p, hexadecimal)) : QList<QStringList>();
+    QList<QStringList> out;
+    if (const auto p = load(path))
+        for (const TagRow& r : tagTableRows(*p, hexadecimal))
+            out << QStringList{q(r.index), q(r.signature), q(r.offset), q(r.size)};
+    return out;
 }
 
 // Version 2.4, flags 2, a stale Profile ID, no description and no copyright.
