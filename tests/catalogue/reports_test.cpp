@@ -153,26 +153,15 @@ TEST(SettingsReports, DeviceSettings) {
 }
 
 TEST(SettingsReports, ResponseCurves) {
-    Bytes resp = tagBytes(icSig("rcs2"));
-    iccWriter w(resp);
-    w.u16(3);
-    w.u16(2);
-    w.u32(20);
-    w.u32(100);
-    w.sig(icSig("StaI"));
-    for (std::uint32_t v : {1u, 0u, 0u, 0u, 0u, 0u, 0u, 0u, 0u, 0u, 0u, 0u})
-        w.u32(v);
-    for (std::uint16_t v : {7, 0})
-        w.u16(v);
-    w.u32(fixed(0.25));
-    w.sig(icSig("DN P"));
-    for (std::uint32_t v : {0u, 2u, 0u, fixed(1), fixed(0.5), fixed(0.25), 0u, 0u, 0u, 0u, 0u, 0u})
-        w.u32(v);
-    for (const auto& [device, value] : {std::pair{10, 0.5}, std::pair{65535, 1.0}}) {
-        w.u16(static_cast<std::uint16_t>(device));
-        w.u16(0);
-        w.u32(fixed(value));
-    }
+    // Three channels, two measurement types: 'StaI' with one response for channel 0, 'DN P'
+    // with two for channel 1 (each a 16-bit device value, two bytes of padding, the value).
+    const std::uint32_t staI = icSig("StaI"), dinP = icSig("DN P"), one = fixed(1),
+                        half = fixed(0.5), quarter = fixed(0.25);
+    const Bytes resp = wordTag(
+        icSig("rcs2"),
+        {0x00030002, 20,         100,     staI,       1,  0, 0, 0,   0,    0,       0, 0, 0, 0, 0,
+         0,          0x00070000, quarter, dinP,       0,  2, 0, one, half, quarter, 0, 0, 0, 0, 0,
+         0,          0x000A0000, half,    0xFFFF0000, one});
 
     const auto boxes = texts(reportResponseCurves(resp, "L"));
     ASSERT_EQ(boxes.size(), 3u);
