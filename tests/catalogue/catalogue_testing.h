@@ -82,13 +82,13 @@ public:
     }
     icViewerResult namedColorViewer(std::string_view caption, const icNamedColor2& colors,
                                     icSignature pcs) override {
-        record("viewer namedcolor", caption, joinLines(NamedColorModel(colors, pcs).lines()));
-        return answer;
+        return view<const icNamedColor2>("namedcolor", caption,
+                                         NamedColorModel(colors, pcs).lines(), {}, colors);
     }
     icViewerResult mlucViewer(std::string_view caption,
                               const iccMultiLocalizedUnicodeType& strings) override {
-        record("viewer mluc", caption, joinLines(MlucModel(strings).lines()));
-        return answer;
+        return view<const iccMultiLocalizedUnicodeType>("mluc", caption, MlucModel(strings).lines(),
+                                                        {}, strings);
     }
 
 private:

@@ -35,12 +35,6 @@ struct Session {
     iccDocument document;
 };
 
-QStringList tabs(QTabWidget* pages) {
-    QStringList out;
-    for (int i = 0; i < pages->count(); ++i)
-        out << pages->tabText(i);
-    return out;
-}
 QScrollBar* nodeBar(QWidget& page, int channel) {
     return get<QScrollBar>(page, QStringLiteral("nodeBar%1").arg(channel));
 }
@@ -84,14 +78,6 @@ Bytes mlutTag(icSignature type, icMlutElements e, std::vector<std::uint8_t> grid
     }
     (void)tag.rebuild();
     return Bytes(tag.raw().begin(), tag.raw().end());
-}
-
-std::string profileWith(const std::string& name, icSignature tagSig, const Bytes& tag) {
-    ProfileBuilder b;
-    b.header.version = 0x04300000;
-    b.header.pcs = icSig("Lab ");
-    b.tag(tagSig, tag);
-    return writeBytes(scratchDir() / name, b.build());
 }
 
 struct Step {
@@ -146,8 +132,10 @@ private slots:
         QCOMPARE(tag.loadBySignature(icSig("B2A0"), s.document.profile()), icOk);
         QVERIFY(s.show<CiccLutPropertySheet>("B2A0", [&](CiccLutPropertySheet& sheet) {
             QTabWidget* pages = sheet.pages();
-            QCOMPARE(tabs(pages),
-                     (QStringList{"LUT Info", "Input Channels", "CLUT", "Output Channels"}));
+            QStringList tabs;
+            for (int i = 0; i < pages->count(); ++i)
+                tabs << pages->tabText(i);
+            QCOMPARE(tabs, (QStringList{"LUT Info", "Input Channels", "CLUT", "Output Channels"}));
             QCOMPARE(texts(sheet, {"lutTypeValue", "clutPointsValue"}),
                      (QStringList{"8-bit LUT", "33"}));
 
@@ -310,7 +298,10 @@ private slots:
         const fs::path folder = scratchDir() / "mlut-folder";
         fs::remove_all(folder);
 
-        Session s(profileWith("mab.icc", icSig("A2B0"), bytes));
+        ProfileBuilder b;
+        b.header.version = 0x04300000;
+        b.header.pcs = icSig("Lab ");
+        Session s(writeBytes(scratchDir() / "mab.icc", b.tag(icSig("A2B0"), bytes).build()));
         QVERIFY(s.show<CLutB2APropertySheet>("A2B0", [&](CLutB2APropertySheet& sheet) {
             sheet.pages()->setCurrentIndex(4);
             QWidget& clut = *sheet.pages()->currentWidget();
