@@ -1,5 +1,4 @@
-// The catalogue's choices of label and handler, the failure rule of Show selected tag, and the
-// write-back of what the viewers changed.
+// The catalogue's labels and handlers, the Show selected tag failure rule, and viewer write-back.
 #include "catalogue/catalogue_testing.h"
 
 #include <set>

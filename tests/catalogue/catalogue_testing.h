@@ -1,5 +1,4 @@
-// Helpers of the catalogue and viewer tests: a presenter recording every box and viewer as
-// veltrino-cli prints it (and playing viewers that edit and close with OK), and tag builders.
+// Catalogue and viewer test helpers: a presenter recording boxes and viewers as veltrino-cli does.
 #pragma once
 
 #include "catalogue/catalogue.h"

@@ -1,5 +1,4 @@
-// The report texts, box by box, for tags built here: the real profiles carry few of these types.
-// Hostile tags must give their texts up to the tag's end (ASan checks the "never past it").
+// Report texts box by box for built tags; hostile ones read only up to the tag's end.
 #include "catalogue/catalogue_testing.h"
 #include "catalogue/reports.h"
 

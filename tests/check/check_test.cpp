@@ -1,5 +1,4 @@
-// The profile check: one hand-built profile per class of finding, Profile IDs by both rules,
-// every installed profile against Little CMS and our loader, and veltrino-cli check.
+// The profile check: a built profile per finding, both ID rules, the installed profiles, the CLI.
 #include "catalogue/catalogue_testing.h"
 #include "check/check_report.h"
 #include "tagtypes/tag_factory.h"

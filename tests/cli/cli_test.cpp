@@ -1,5 +1,4 @@
-// veltrino-cli end to end: info against Little CMS, dump blocks for installed and built tags, TAG
-// arguments, the boxes and exit statuses of failures, and saving.
+// veltrino-cli end to end: info against Little CMS, dump and show blocks, failures and statuses.
 #include "catalogue/catalogue_testing.h"
 #include "support/lcms_testing.h"
 

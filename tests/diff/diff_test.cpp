@@ -1,5 +1,4 @@
-// Comparing profiles: installed ones against themselves and their saves, each tag kind on built
-// pairs, a CLUT node changed through import, version 2 against 4, and the command's statuses.
+// Comparing profiles: installed ones and their saves, each tag kind, CLUT imports, the command.
 #include "catalogue/catalogue_testing.h"
 #include "diff/profile_diff.h"
 #include "support/lcms_testing.h"

@@ -1,5 +1,4 @@
-// The header panel's and tag table's texts, the shared data folder and the folder record (the
-// CLI tests compare the panel with Little CMS and show the warnings and the tag table's cells).
+// The header panel's texts, the shared data folder and the folder record.
 #include "document/header_model.h"
 #include "document/settings_model.h"
 #include "support/test_support.h"

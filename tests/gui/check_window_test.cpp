@@ -1,5 +1,4 @@
-// The Check window, opened from the main window by Ctrl+K: its findings sorted by severity, "Copy"
-// as the command line's text, and a double click that selects the finding's tag in the table.
+// The Check window (Ctrl+K): findings by severity, Copy as the CLI's text, a finding's tag.
 #include "app/check_dialog.h"
 #include "app/veltrino_dialog.h"
 #include "check/check_report.h"

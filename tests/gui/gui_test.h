@@ -1,5 +1,4 @@
-// What the offscreen window tests share: prompts answered from a script with every box, dump and
-// about box recorded (the viewers are real), and acting on modal dialogs.
+// What the offscreen window tests share: scripted prompts recording every box, and modal dialogs.
 #pragma once
 
 #include "app/qt_presenter.h"

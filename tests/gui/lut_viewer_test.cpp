@@ -1,5 +1,4 @@
-// The lookup-table sheets offscreen: real and built tables opened through the catalogue, node
-// stepping, "Accept Change", export and import through the CLUT folder dialog, and write-back.
+// The lookup-table sheets offscreen: node stepping, Accept Change, export, import and write-back.
 #include "catalogue/catalogue.h"
 #include "document/document.h"
 #include "document/settings_model.h"

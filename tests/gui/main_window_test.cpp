@@ -1,5 +1,4 @@
-// Whole sessions of the main window, offscreen: start-up, Browse, Modify, Save As, closing and
-// opening tags, with scripted file dialogs and every box read back; then its small dialogs.
+// Main window sessions offscreen: Browse, Modify, Save As, closing, opening tags, small dialogs.
 #include "app/compare_dialog.h"
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"

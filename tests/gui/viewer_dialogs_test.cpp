@@ -1,5 +1,4 @@
-// The curve, XYZ, named colour and localized-string viewers offscreen: opened from the catalogue
-// on installed profiles with scripted file dialogs and their write-back, plots pixel by pixel.
+// The curve, XYZ, named colour and localized-string viewers offscreen, plots pixel by pixel.
 #include "catalogue/catalogue_testing.h"
 #include "document/settings_model.h"
 #include "gui/gui_test.h"

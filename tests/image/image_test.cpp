@@ -1,5 +1,4 @@
-// Profiles inside JPEG, PNG, TIFF and WebP files made by ImageMagick: they open as the profiles
-// themselves, extract byte for byte, and damaged or profile-less images say so and write nothing.
+// Profiles embedded in JPEG, PNG, TIFF and WebP images made by ImageMagick, and damaged images.
 #include "image/embedded_profile.h"
 #include "support/test_support.h"
 

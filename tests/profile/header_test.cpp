@@ -1,5 +1,4 @@
-// Header primitives: fixed-point rounding, signatures, validation and the reporter's text (the
-// Profile ID's text is compared with Little CMS on every installed profile by the CLI tests).
+// Header primitives: fixed-point rounding, signatures, validation and the reporter's text.
 #include "profile/header.h"
 #include "profile/status.h"
 

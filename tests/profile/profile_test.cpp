@@ -1,5 +1,4 @@
-// Loading and writing: malformed profiles refused without reading outside the data; shared blocks,
-// clamped sizes, layout, added texts, the Profile ID rule, and failed saves that touch nothing.
+// Loading malformed and shared-block profiles; writing: layout, added texts, ID, failed saves.
 #include "profile/profile_id.h"
 #include "support/test_support.h"
 #include "tagtypes/multi_localized_unicode_type.h"

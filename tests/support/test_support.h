@@ -1,5 +1,4 @@
-// Shared helpers for the tests: the installed real profiles, profiles built in memory, scratch
-// files and running the command-line program.
+// Shared test helpers: installed profiles, profiles built in memory, scratch files, the CLI.
 #pragma once
 
 #include "profile/byte_io.h"

@@ -1,5 +1,4 @@
-// 'curv' and 'para' tags: decoding statuses on both load paths, resampling, and every curve of the
-// installed profiles against Little CMS.
+// 'curv' and 'para' tags: decoding on both load paths, resampling, real curves against Little CMS.
 #include "numeric/interpolation.h"
 #include "support/lcms_testing.h"
 #include "tagtypes/curve_type.h"

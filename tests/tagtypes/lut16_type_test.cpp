@@ -1,5 +1,4 @@
-// lut8 and lut16: real tables against Little CMS, byte-exact rebuilds, hostile sizes, and the
-// sizes and node lookup the exchange folders and the viewer use.
+// lut8 and lut16: real tables against Little CMS, rebuilds, hostile sizes, node lookup.
 #include "support/lcms_testing.h"
 #include "tagtypes/lut16_type.h"
 

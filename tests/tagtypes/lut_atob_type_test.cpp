@@ -1,5 +1,4 @@
-// 'mAB ' and 'mBA ' tags: structure checks and hostile sizes, the tables Little CMS writes and
-// reads, rebuilds, and the load by signature with its second attempt.
+// 'mAB ' and 'mBA ': structure and hostile sizes, Little CMS's tables, rebuilds, loads.
 #include "support/lcms_testing.h"
 #include "tagtypes/lut_atob_type.h"
 

@@ -1,5 +1,4 @@
-// 'text', 'desc', 'mluc' and the 'pseq' that holds them: real and hostile tags, the sequences
-// Little CMS writes in both text forms, and the texts the writer builds.
+// 'text', 'desc', 'mluc' and 'pseq': real and hostile tags, Little CMS's sequences, built texts.
 #include "support/lcms_testing.h"
 #include "tagtypes/multi_localized_unicode_type.h"
 #include "tagtypes/profile_sequence_desc_type.h"

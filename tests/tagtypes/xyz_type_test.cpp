@@ -1,5 +1,4 @@
-// 'XYZ ', 'sf32' and 'chad': real tags against Little CMS, odd sizes, the adaptation matrix and
-// the profile setters that write the two tags.
+// 'XYZ ', 'sf32' and 'chad': real tags against Little CMS, odd sizes, adaptation and setters.
 #include "numeric/matrix.h"
 #include "support/lcms_testing.h"
 #include "tagtypes/profile_save.h"

@@ -1,5 +1,4 @@
-// The viewers' texts and rules without widgets: curves, chromaticity, lut and mlut pages, named
-// colours, localized strings, the large-text line ends, and where the plots put their data.
+// The viewers' texts and rules without widgets, and where the plots put their data.
 #include "catalogue/catalogue_testing.h"
 #include "viewers/hex_dump_model.h"
 #include "viewers/plot_mapping.h"
