@@ -21,10 +21,7 @@ TEST(SimpleReports, Texts) {
     EXPECT_EQ(shortChad.status, icOk);
     EXPECT_TRUE(shortChad.boxes.empty());
 
-    Bytes dtim = tagBytes(icSig("dtim"));
-    iccWriter w(dtim);
-    for (std::uint16_t v : {2005, 3, 7, 8, 5, 9})
-        w.u16(v);
+    const Bytes dtim = wordTag(icSig("dtim"), {2005 << 16 | 3, 7 << 16 | 8, 5 << 16 | 9});
     EXPECT_EQ(texts(reportDateTime(dtim, "L")),
               std::vector<std::string>{"Date = 3/7/2005 \nTime = 8:5:9\n"});
     EXPECT_EQ(reportDateTime(xyzTag(1, 1, 1), "L").status, icErrWrongType);

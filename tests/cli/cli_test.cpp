@@ -198,12 +198,8 @@ ProfileBuilder zooOfTags() {
     return builder;
 }
 
-std::string writeProfile(const std::string& name, const ProfileBuilder& builder) {
-    return writeBytes(scratchDir() / name, builder.build());
-}
-
 TEST(CliDump, TagsBuiltHere) {
-    const std::string path = writeProfile("zoo.icc", zooOfTags());
+    const std::string path = writeBytes(scratchDir() / "zoo.icc", zooOfTags().build());
     const CliResult result = runCli({"dump", path});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const std::string out = result.out;
@@ -239,7 +235,7 @@ TEST(CliShow, TagArgumentsAndExitStatuses) {
         .tag(icSig("meas"), wordTag(icSig("meas"), {}))
         .tag(icSig("desc"), descTag("First"))
         .tag(icSig("desc"), descTag("Second"));
-    const std::string path = writeProfile("arguments.icc", builder);
+    const std::string path = writeBytes(scratchDir() / "arguments.icc", builder.build());
 
     const CliResult padded = runCli({"show", path, "bfd"});
     EXPECT_EQ(padded.exitCode, 0);

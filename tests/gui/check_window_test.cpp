@@ -3,12 +3,9 @@
 #include "app/veltrino_dialog.h"
 #include "check/check_report.h"
 #include "gui/gui_test.h"
-#include "support/test_support.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QSettings>
-#include <QTest>
 #include <QTreeWidget>
 
 class CheckWindowTest : public QObject {
