@@ -83,17 +83,7 @@ QStringList shownRecord(CulmcDlg& d) {
         lines << list->item(i)->text();
     return lines;
 }
-// Scroll bar actions and the index each must lead to, where `shown` is checked.
-template <class Shown>
-void step(QScrollBar* bar,
-          std::initializer_list<std::pair<QAbstractSlider::SliderAction, int>> steps,
-          const Shown& shown) {
-    for (const auto& [action, index] : steps) {
-        bar->triggerAction(action);
-        QCOMPARE(bar->value(), index);
-        shown(index);
-    }
-}
+using A = QAbstractSlider;
 
 } // namespace
 
@@ -304,11 +294,14 @@ private slots:
             QVERIFY(!get(d, "channelEdit2")->isHidden() && get(d, "channelEdit3")->isHidden());
             QCOMPARE(shownColor(d), q(reference.colorLines(0)));
             auto* bar = get<QScrollBar>(d, "colorScroll");
-            step(bar,
-                 {{QAbstractSlider::SliderSingleStepSub, 0},
-                  {QAbstractSlider::SliderPageStepAdd, 13}, // a tenth of the colours
-                  {QAbstractSlider::SliderToMaximum, 13}},
-                 [&](int i) { QCOMPARE(shownColor(d), q(reference.colorLines(i))); });
+            // The page step is a tenth of the colours; the bar's ends are not steps.
+            for (const auto& [action, index] :
+                 {std::pair{A::SliderSingleStepSub, 0}, std::pair{A::SliderPageStepAdd, 13},
+                  std::pair{A::SliderToMaximum, 13}}) {
+                bar->triggerAction(action);
+                QCOMPARE(bar->value(), index);
+                QCOMPARE(shownColor(d), q(reference.colorLines(index)));
+            }
             bar->setSliderPosition(last - 1); // dragging the thumb
             QCOMPARE(text(d, "indexEdit"), QString::number(last - 1));
             bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
@@ -360,14 +353,14 @@ private slots:
                      (QStringList{"31", "12", "30"}));
             QCOMPARE(shownRecord(d), q(reference.recordLines(0)));
             auto* bar = get<QScrollBar>(d, "recordScroll");
-            step(bar,
-                 {{QAbstractSlider::SliderPageStepAdd, 2},
-                  {QAbstractSlider::SliderToMinimum, 2},
-                  {QAbstractSlider::SliderSingleStepSub, 1}},
-                 [&](int i) {
-                     QCOMPARE(text(d, "currentIndexLabel"), QString::number(i));
-                     QCOMPARE(shownRecord(d), q(reference.recordLines(i)));
-                 });
+            for (const auto& [action, index] :
+                 {std::pair{A::SliderPageStepAdd, 2}, std::pair{A::SliderToMinimum, 2},
+                  std::pair{A::SliderSingleStepSub, 1}}) {
+                bar->triggerAction(action);
+                QCOMPARE(bar->value(), index);
+                QCOMPARE(text(d, "currentIndexLabel"), QString::number(index));
+                QCOMPARE(shownRecord(d), q(reference.recordLines(index)));
+            }
             bar->setSliderPosition(29);
             bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
             QCOMPARE(shownRecord(d), q(reference.recordLines(30)));

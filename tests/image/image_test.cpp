@@ -10,12 +10,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string replaceAll(std::string text, const std::string& from, const std::string& to) {
-    for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
-        text.replace(at, from.size(), to);
-    return text;
-}
-
 // Extracts the image's profile and checks its bytes, also as read from memory (the fuzzer's way).
 void expectExtracts(const std::string& image, const std::string& profile) {
     const std::string out = image + ".icc";
@@ -52,7 +46,7 @@ TEST(EmbeddedProfile, EveryContainerOpensAsTheProfileAndExtractsIt) {
             const CliResult profile = runCli({command, kSrgb}), shown = runCli({command, image});
             EXPECT_EQ(shown.exitCode, profile.exitCode) << ext;
             EXPECT_EQ(shown.out, profile.out) << command << ext;
-            EXPECT_EQ(shown.err, replaceAll(profile.err, kSrgb, image)) << command << ext;
+            EXPECT_EQ(profile.err + shown.err, "") << command << ext;
         }
         expectExtracts(image, kSrgb);
     }
