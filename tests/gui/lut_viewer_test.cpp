@@ -287,6 +287,9 @@ private slots:
                                   "greater than 12. \nThis program will not work correctly."});
         QCOMPARE(visibleBars(*sheet.pages()->currentWidget()), 12);
         QCOMPARE(text(*sheet.pages()->currentWidget(), "value0"), "0");
+        CDumpCLUT folderDialog(2); // as the lut8/lut16 sheets open it
+        QCOMPARE(texts(folderDialog, {"firstCurveFile", "mCurveFile"}),
+                 (QStringList{"InputCurves.txt", "Not Available"}));
     }
 
     void mlutNodesWarningAndExchange() {
@@ -368,12 +371,6 @@ private slots:
         QVERIFY(!s.show<CLutB2APropertySheet>("B2A0", [](CLutB2APropertySheet&) {}));
         QCOMPARE(s.prompts.take(), {"stop | Veltrino | Failed in displaying tag. Errcode: -1.\n"});
         QVERIFY(s.prompts.dumps.empty());
-    }
-
-    void folderDialogNamesTheLutFiles() {
-        CDumpCLUT lut(2); // the lut8/lut16 sheets' mode
-        QCOMPARE(texts(lut, {"firstCurveFile", "mCurveFile"}),
-                 (QStringList{"InputCurves.txt", "Not Available"}));
     }
 };
 

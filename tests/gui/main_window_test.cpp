@@ -376,7 +376,12 @@ private slots:
         QCOMPARE(w.prompts.take(), QStringList{"info | Profile Description Tag | sRGB"});
     }
 
-    void dataFolderComesFromAndGoesBackToTheSettings() {
+    void startOptionsAndTheDataFolderInTheSettings() {
+        QCOMPARE(parseStartOptions({"veltrino"}).commandLineFile, "");
+        const StartOptions shot = parseStartOptions({"veltrino", "--screenshot", "s.png", "a.icc"});
+        QCOMPARE(shot.commandLineFile, "a.icc");
+        QCOMPARE(shot.screenshotPath.value_or(""), "s.png");
+
         QCOMPARE(loadDataDir(*settings), QDir::home().filePath("icclut"));
         saveDataDir(*settings, QString(300, QLatin1Char('d')));
         QCOMPARE(loadDataDir(*settings), QString(260, QLatin1Char('d')));
@@ -400,13 +405,6 @@ private slots:
                  QFontDatabase::systemFont(QFontDatabase::FixedFont));
         QCOMPARE(makeCloseQuestion(icKeepButton::save, "Veltrino", "?")->standardButtons(),
                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-    }
-
-    void startOptions() {
-        QCOMPARE(parseStartOptions({"veltrino"}).commandLineFile, "");
-        const StartOptions shot = parseStartOptions({"veltrino", "--screenshot", "s.png", "a.icc"});
-        QCOMPARE(shot.commandLineFile, "a.icc");
-        QCOMPARE(shot.screenshotPath.value_or(""), "s.png");
     }
 };
 
