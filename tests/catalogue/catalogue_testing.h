@@ -140,6 +140,26 @@ inline Bytes descTag(const std::string& text) {
     return asciiTag<iccTextDescriptionType>(text);
 }
 
+// 'ncl2' announcing `count` colours and holding `colors` (PCS then device values), named 'a', 'b',
+// ...: flags 0x10, prefix "P" and a suffix of 32 'S' without a NUL.
+inline Bytes ncl2Tag(std::uint32_t count, std::uint32_t planes,
+                     const std::vector<std::vector<std::uint16_t>>& colors) {
+    Bytes bytes = wordTag(icSig("ncl2"), {0x10, count, planes});
+    Bytes prefix(32, 0), suffix(32, 'S'); // the suffix fills its field without a NUL
+    prefix[0] = 'P';
+    bytes.insert(bytes.end(), prefix.begin(), prefix.end());
+    bytes.insert(bytes.end(), suffix.begin(), suffix.end());
+    iccWriter w(bytes);
+    for (std::size_t i = 0; i < colors.size(); ++i) {
+        Bytes name(32, 0);
+        name[0] = static_cast<std::uint8_t>('a' + i);
+        w.bytes(name);
+        for (std::uint16_t v : colors[i])
+            w.u16(v);
+    }
+    return bytes;
+}
+
 // 'mAB ' with one input and one output: B curve, a 2-point 16-bit CLUT (32768, 65535), 12 bytes
 // of gap and an A curve.
 inline Bytes mabTag() {

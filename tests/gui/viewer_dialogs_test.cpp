@@ -321,12 +321,8 @@ private slots:
         QCOMPARE(showAndAct<CNameColor2Dlg>(prompts, *profile, "ncl2", act), icOk);
 
         // Nine planes: the header, and the box once the dialog is up, no colour.
-        const auto ncl2 = [](std::uint32_t count, std::uint32_t planes) {
-            Bytes bytes = wordTag(icSig("ncl2"), {0, count, planes});
-            bytes.resize(bytes.size() + 64 + count * (38 + 2 * planes), 0);
-            return bytes;
-        };
-        QCOMPARE(decodeNamedColor2(ncl2(1, 9), colors), icOk);
+        QCOMPARE(decodeNamedColor2(ncl2Tag(1, 9, {std::vector<std::uint16_t>(12, 1)}), colors),
+                 icOk);
         CNameColor2Dlg nine(colors, icSig("Lab "), "", prompts);
         QCOMPARE(prompts.boxes, QStringList());
         nine.show();

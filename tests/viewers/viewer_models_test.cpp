@@ -132,24 +132,6 @@ TEST(MlutModel, PagesAndNodes) {
     EXPECT_TRUE(MlutModel(grid).nodeValues().empty());
 }
 
-Bytes ncl2Tag(std::uint32_t count, std::uint32_t planes,
-              const std::vector<std::vector<std::uint16_t>>& colors) {
-    Bytes bytes = wordTag(icSig("ncl2"), {0x10, count, planes});
-    Bytes prefix(32, 0), suffix(32, 'S'); // the suffix fills its field without a NUL
-    prefix[0] = 'P';
-    bytes.insert(bytes.end(), prefix.begin(), prefix.end());
-    bytes.insert(bytes.end(), suffix.begin(), suffix.end());
-    iccWriter w(bytes);
-    for (std::size_t i = 0; i < colors.size(); ++i) {
-        Bytes name(32, 0);
-        name[0] = static_cast<std::uint8_t>('a' + i);
-        w.bytes(name);
-        for (std::uint16_t v : colors[i])
-            w.u16(v);
-    }
-    return bytes;
-}
-
 TEST(NamedColorModel, LinesAndStepping) {
     icNamedColor2 colors;
     const Bytes tag =
