@@ -40,7 +40,7 @@ TEST(TextType, ReadsUpToItsNulAndNeverPastTheTag) {
     EXPECT_EQ(loadTag(text, descTag("x", 2)), icErrBadProfile); // another type
 }
 
-TEST(TextDescriptionType, ScriptCodeCountAndTruncation) {
+TEST(TextDescriptionType, ScriptCodeTruncationAndBuiltFromAscii) {
     iccTextDescriptionType desc;
     ASSERT_EQ(loadTag(desc, descTag("sRGB", 5)), icOk);
     EXPECT_EQ(desc.asciiText(), "sRGB");
@@ -60,9 +60,8 @@ TEST(TextDescriptionType, ScriptCodeCountAndTruncation) {
     Bytes hugeCount = descTag("sRGB", 5);
     storeBE32(hugeCount.data() + 8, 0xFFFFFFF0);
     EXPECT_EQ(loadTag(desc, hugeCount), icErrTruncated);
-}
 
-TEST(TextDescriptionType, BuiltFromAsciiDecodesToTheSameFields) {
+    // Built from ASCII, it decodes to the same fields.
     iccTextDescriptionType built;
     const std::string text = "Caf\xE9 " + std::string(70, 'x');
     ASSERT_EQ(built.setFromAscii(text), icOk);

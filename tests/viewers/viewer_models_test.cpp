@@ -220,7 +220,7 @@ TEST(PlotMapping, CurvePlotAndDiagramShareOneMapping) {
     EXPECT_DOUBLE_EQ(diagram.locus()[29].x, diagram.map(kSpectralLocus[29].xy).x);
 }
 
-TEST(CurvePlotData, UnplottableCurvesKeepTheirLabels) {
+TEST(CurvePlotData, UnplottableLabelsTableAxesAndShifts) {
     std::vector<iccCurveElement> set(3);
     ASSERT_EQ(set[0].buildParametric(0, 1, std::vector{2.0}), icOk);
     ASSERT_EQ(set[1].create(icSig("para")), icOk);
@@ -239,9 +239,7 @@ TEST(CurvePlotData, UnplottableCurvesKeepTheirLabels) {
     EXPECT_TRUE(data.labels.empty());
 
     EXPECT_EQ(numberCurveLabels({"one"}), std::vector<std::string>{"one"}); // a single one is not
-}
 
-TEST(CurvePlotData, TableAxesAndShifts) {
     // Every grid line is labelled with the integer part of its value, never rounded up.
     std::vector<std::string> eightBit, sixteenBit, twoEntries;
     for (int i = 0; i <= kCurvePlotDivisions; ++i) {
