@@ -63,12 +63,6 @@ TEST(DeviceReports, Measurement) {
     const Bytes observer3 = wordTag(icSig("meas"), {3, 0, 0, 0, 0, 0, 6});
     EXPECT_EQ(texts(reportMeasurement(observer3, "L"))[0].substr(0, 34),
               "Standard Observer: invalid value.\n");
-    // Refused on its size, before its bytes are read.
-    const auto small = showOne(icSig("meas"), Bytes(meas.begin(), meas.end() - 1));
-    EXPECT_EQ(small.status, icErrBadProfile);
-    EXPECT_EQ(small.shown, (std::vector<Shown>{{"stop", "Veltrino", "Tag bytes too small."},
-                                               {"stop", "Veltrino",
-                                                "Failed in displaying tag. Errcode: -1001.\n"}}));
 }
 
 TEST(DeviceReports, ViewingConditionsAndTechnology) {

@@ -230,7 +230,7 @@ TEST(CliShow, ViewerBlocksTagArgumentsAndExitStatuses) {
 
     ProfileBuilder builder;
     builder.tag(icSig("bfd "), tagBytes(icSig("ucrb")))
-        .tag(icSig("meas"), wordTag(icSig("meas"), {}))
+        .tag(icSig("meas"), tagBytes(icSig("meas"), Bytes(27))) // one byte short
         .tag(icSig("desc"), descTag("First"))
         .tag(icSig("desc"), descTag("Second"));
     const std::string path = writeBytes(scratchDir() / "arguments.icc", builder.build());

@@ -309,13 +309,12 @@ private slots:
             QWidget& clut = *sheet.pages()->currentWidget();
             QCOMPARE(text(clut, "nodeRange2") + " " + QString::number(nodeBar(clut, 2)->maximum()),
                      "16 8");
-            // The arrows walk a channel to its own end, beyond its bar's range.
-            const std::uint32_t k = ((1 * 17 + 1) * 17 + 13) * 3, v = tag.clut->value(k);
+            // Page and arrow steps take a channel beyond its bar's range.
+            const std::uint32_t k = ((1 * 17 + 1) * 17 + 11) * 3, v = tag.clut->value(k);
             walk(clut,
                  {{2, A::SliderMove, 8},
                   {2, A::SliderPageStepAdd, 10},
-                  {2, A::SliderPageStepAdd, 12},
-                  {2, A::SliderSingleStepAdd, 13},
+                  {2, A::SliderSingleStepAdd, 11},
                   {1, A::SliderSingleStepAdd, 1},
                   {0, A::SliderSingleStepAdd, 1}},
                  {v, tag.clut->value(k + 1), tag.clut->value(k + 2)});
