@@ -356,20 +356,19 @@ private slots:
         QStringList titles;
         QString highlighted;
         w.prompts.answers.push_back(kSrgb);
-        QVERIFY(
-            whileOpen<CCompareDlg>([&] { w.get("compareButton")->click(); },
-                                   [&](CCompareDlg& d) {
-                                       auto* tree = get<QTreeWidget>(d, "compareTree");
-                                       for (int i = 0; i < tree->topLevelItemCount(); ++i)
-                                           titles << tree->topLevelItem(i)->text(0);
-                                       QTreeWidgetItem* desc = tree->topLevelItem(titles.indexOf(
-                                           "Tag desc (Profile Description Tag, 'desc' -> 'mluc')"));
-                                       QVERIFY(desc);
-                                       for (int i = 0; i < desc->childCount(); ++i)
-                                           if (desc->child(i)->background(2).style() != Qt::NoBrush)
-                                               highlighted += desc->child(i)->text(0) + " ";
-                                       emit tree->itemDoubleClicked(desc->child(0), 0);
-                                   }));
+        const auto read = [&](CCompareDlg& d) {
+            auto* tree = get<QTreeWidget>(d, "compareTree");
+            for (int i = 0; i < tree->topLevelItemCount(); ++i)
+                titles << tree->topLevelItem(i)->text(0);
+            QTreeWidgetItem* desc = tree->topLevelItem(
+                titles.indexOf("Tag desc (Profile Description Tag, 'desc' -> 'mluc')"));
+            QVERIFY(desc);
+            for (int i = 0; i < desc->childCount(); ++i)
+                if (desc->child(i)->background(2).style() != Qt::NoBrush)
+                    highlighted += desc->child(i)->text(0) + " ";
+            emit tree->itemDoubleClicked(desc->child(0), 0);
+        };
+        QVERIFY(whileOpen<CCompareDlg>([&] { w.get("compareButton")->click(); }, read));
         QCOMPARE(w.prompts.requests.back().caption, "Compare with an ICC Profile");
         QCOMPARE(titles.mid(0, 2), (QStringList{"Header", "Directory"}));
         QCOMPARE(highlighted, "type ASCII en/US ");

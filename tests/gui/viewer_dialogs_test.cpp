@@ -140,8 +140,8 @@ private slots:
                      save.defaultSuffix,
                  "Save Curve|curve.txt|/start/here|txt");
         const FileDialogRequest& read = prompts.requests[1];
-        QCOMPARE(read.caption + "|" + read.fileName, "Read Curve|curve.txt");
-        QCOMPARE(read.directory, folder.string()); // remembered on OK only
+        QCOMPARE(read.caption + "|" + read.fileName + "|" + read.directory, // kept on OK only
+                 "Read Curve|curve.txt|" + folder.string());
         QCOMPARE(tagOf(*profile, "rTRC"), original);
         QCOMPARE(prompts.take(), QStringList(2, "apply? | RedTRC Tag | Apply the changes made in "
                                                 "RedTRC Tag before closing?"));

@@ -65,7 +65,7 @@ TEST(XyzTypes, OddSizesAreBoundedByTheRawBytes) {
     EXPECT_EQ(xyz.loadByIndex(1, *profile), icErrBadProfile);
 }
 
-TEST(ProfileSetters, AdaptationAndWhitePointReadBackInLittleCms) {
+TEST(ProfileSetters, ReadBackInLittleCmsAndApartFromLoadedTags) {
     const icVector3 d65 = {95.047, 100.0, 108.883};
     icMatrix3 adaptation{};
     ASSERT_EQ(bradfordAdaptation(d65, kD50White100, adaptation), icOk);
@@ -104,21 +104,20 @@ TEST(ProfileSetters, AdaptationAndWhitePointReadBackInLittleCms) {
     // Encoded again from the doubles, negative values move one unit toward zero.
     for (int i = 0; i < 9; ++i)
         EXPECT_EQ(read[i], (expected[i] + (expected[i] < 0)) / 65536.0) << i;
-}
 
-TEST(ProfileSetters, LoadedTagAndProfileDoNotWriteIntoEachOther) {
-    iccProfileRW profile;
-    ASSERT_EQ(setMediaWhitePoint(profile, 0.5, 0.5, 0.5), icOk);
+    // A tag loaded from a profile and the profile do not write into each other.
+    iccProfileRW own;
+    ASSERT_EQ(setMediaWhitePoint(own, 0.5, 0.5, 0.5), icOk);
     iccXYZType xyz;
-    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), profile), icOk);
+    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), own), icOk);
     // Replacing the tag in the profile leaves the loaded bytes as they were.
-    ASSERT_EQ(setMediaWhitePoint(profile, 0.25, 0.25, 0.25), icOk);
+    ASSERT_EQ(setMediaWhitePoint(own, 0.25, 0.25, 0.25), icOk);
     EXPECT_EQ(loadBE32(xyz.raw().data() + 8), 0x8000u);
     // Writing the loaded tag leaves the profile's bytes as they were.
-    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), profile), icOk);
+    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), own), icOk);
     ASSERT_EQ(xyz.setXYZ(1.0, 1.0, 1.0), icOk);
     EXPECT_EQ(loadBE32(xyz.raw().data() + 8), 0x10000u);
-    EXPECT_EQ(loadBE32(profile.getTagDataBySignature(icSig("wtpt")).data() + 8), 0x4000u);
+    EXPECT_EQ(loadBE32(own.getTagDataBySignature(icSig("wtpt")).data() + 8), 0x4000u);
 }
 
 } // namespace
