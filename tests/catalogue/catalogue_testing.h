@@ -1,5 +1,4 @@
-// Helpers of the catalogue and viewer tests: a presenter recording every box and viewer as
-// veltrino-cli prints it (and playing viewers that edit and close with OK), and tag builders.
+// Catalogue and viewer test helpers: a presenter recording boxes and viewers as veltrino-cli does.
 #pragma once
 
 #include "catalogue/catalogue.h"
@@ -82,13 +81,13 @@ public:
     }
     icViewerResult namedColorViewer(std::string_view caption, const icNamedColor2& colors,
                                     icSignature pcs) override {
-        record("viewer namedcolor", caption, joinLines(NamedColorModel(colors, pcs).lines()));
-        return answer;
+        return view<const icNamedColor2>("namedcolor", caption,
+                                         NamedColorModel(colors, pcs).lines(), {}, colors);
     }
     icViewerResult mlucViewer(std::string_view caption,
                               const iccMultiLocalizedUnicodeType& strings) override {
-        record("viewer mluc", caption, joinLines(MlucModel(strings).lines()));
-        return answer;
+        return view<const iccMultiLocalizedUnicodeType>("mluc", caption, MlucModel(strings).lines(),
+                                                        {}, strings);
     }
 
 private:
@@ -141,19 +140,32 @@ inline Bytes descTag(const std::string& text) {
     return asciiTag<iccTextDescriptionType>(text);
 }
 
+// 'ncl2' announcing `count` colours and holding `colors` (PCS then device values), named 'a', 'b',
+// ...: flags 0x10, prefix "P" and a suffix of 32 'S' without a NUL.
+inline Bytes ncl2Tag(std::uint32_t count, std::uint32_t planes,
+                     const std::vector<std::vector<std::uint16_t>>& colors) {
+    Bytes bytes = wordTag(icSig("ncl2"), {0x10, count, planes});
+    Bytes prefix(32, 0), suffix(32, 'S'); // the suffix fills its field without a NUL
+    prefix[0] = 'P';
+    bytes.insert(bytes.end(), prefix.begin(), prefix.end());
+    bytes.insert(bytes.end(), suffix.begin(), suffix.end());
+    iccWriter w(bytes);
+    for (std::size_t i = 0; i < colors.size(); ++i) {
+        Bytes name(32, 0);
+        name[0] = static_cast<std::uint8_t>('a' + i);
+        w.bytes(name);
+        for (std::uint16_t v : colors[i])
+            w.u16(v);
+    }
+    return bytes;
+}
+
 // 'mAB ' with one input and one output: B curve, a 2-point 16-bit CLUT (32768, 65535), 12 bytes
 // of gap and an A curve.
 inline Bytes mabTag() {
     const std::uint32_t curv = icSig("curv"), clut = 0x02000000;
     return wordTag(icSig("mAB "), {0x01010000, 32, 0,    0,          44, 80, curv, 0,    0, clut, 0,
                                    0,          0,  clut, 0x8000FFFF, 0,  0,  0,    curv, 0, 0});
-}
-
-// A profile of the builder's header with one tag per entry, loaded.
-inline std::unique_ptr<iccProfileRW> loadProfile(const ProfileBuilder& builder) {
-    auto profile = std::make_unique<iccProfileRW>();
-    EXPECT_EQ(profile->loadFromMemory(builder.build()), icOk);
-    return profile;
 }
 
 // Shows tag `index` of a one-tag (or more) profile and returns what was shown.
@@ -165,7 +177,7 @@ struct ShowResult {
 inline ShowResult showOne(icSignature sig, const Bytes& bytes, bool v4 = false) {
     ProfileBuilder builder;
     builder.header.version = v4 ? 0x04300000 : 0x02100000;
-    auto profile = loadProfile(builder.tag(sig, bytes));
+    auto profile = loaded(builder.tag(sig, bytes).build());
     RecordingPresenter presenter;
     const icStatus s = showTag(presenter, *profile, 0);
     return {s, presenter.shown};

@@ -1,5 +1,4 @@
-// Comparing profiles: installed ones against themselves and their saves, each tag kind on built
-// pairs, a CLUT node changed through import, version 2 against 4, and the command's statuses.
+// Comparing profiles: installed ones and their saves, each tag kind, CLUT imports, the command.
 #include "catalogue/catalogue_testing.h"
 #include "diff/profile_diff.h"
 #include "support/lcms_testing.h"
@@ -13,9 +12,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-const std::string kSrgbV2 = "/usr/share/color/icc/sRGB.icc";
-const std::string kSrgbV4 = "/usr/share/color/icc/colord/sRGB.icc";
 
 icProfileDiff diffOf(iccProfile& a, iccProfile& b, double tolerance = 0) {
     icProfileDiff diff;
@@ -72,60 +68,41 @@ TEST(ProfileDiff, EveryInstalledProfileAgainstItselfAndItsSave) {
     }
 }
 
-struct TagCase {
-    const char* name;
-    Bytes a, b;
-    double tolerance;
-    std::vector<std::string> expected; // the tag section's lines; none when within tolerance
-};
-
 TEST(ProfileDiff, TagsOfEachKind) {
     const Bytes xyz = wordTag(icSig("XYZ "), {63190, 65536, 54061});
+    const Bytes xyzStep = wordTag(icSig("XYZ "), {63191, 65536, 54061});
     Bytes xyzReserved = xyz;
     xyzReserved[4] = 1;
-    const TagCase cases[] = {
-        {"XYZ by one step",
-         xyz,
-         wordTag(icSig("XYZ "), {63191, 65536, 54061}),
-         0,
-         {"X: 0.964203 -> 0.964218 (delta +0.000015)"}},
-        {"XYZ within tolerance", xyz, wordTag(icSig("XYZ "), {63191, 65536, 54061}), 0.0001, {}},
-        {"XYZ reserved byte", xyz, xyzReserved, 0, {"bytes: 1 of 20 differ, first at offset 4"}},
-        {"curves of other lengths",
-         curvTag({0, 65535}),
-         curvTag({0, 30000, 65535}),
-         0,
-         {"curve: 2 points -> 3 points",
-          "curve values: 32767.5 -> 30000 (max difference 2767.5 at point 1 of 3, mean 922.5)"}},
-        {"identity as a parametric curve",
-         curvTag({}),
-         wordTag(icSig("para"), {0, 65536}),
-         0,
-         {"type: 'curv' -> 'para'",
-          "curve: identity -> parametric type 0: 1 (same values on 4096 points)"}},
-        {"text", textTag("abc"), textTag("ab\"\n"), 0, {"text: \"abc\" -> \"ab\\\"\\n\""}},
-        {"lut16 matrix and input table",
-         lut16(1, 65535),
-         lut16(1.5, 60000),
-         0,
-         {"matrix e1: 1.000000 -> 1.500000 (delta +0.500000)",
-          "input table 0: 65535 -> 60000 (max difference 5535 at entry 1, 1 of 2 entries "
-          "differ)"}},
-        {"unknown type",
-         tagBytes(icSig("zzzz"), {1, 2, 3, 4, 5, 6}),
-         tagBytes(icSig("zzzz"), {1, 9, 3, 4, 5, 6, 7}),
-         0,
-         {"size: 14 bytes -> 15 bytes", "bytes: 2 of 15 differ, first at offset 9"}},
+    // Two 'wtpt' tags and the lines of their section, none when within the tolerance.
+    const struct {
+        Bytes a, b;
+        double tolerance;
+        std::string expected;
+    } cases[] = {
+        {xyz, xyzStep, 0, "X: 0.964203 -> 0.964218 (delta +0.000015)"},
+        {xyz, xyzStep, 0.0001, ""},
+        {xyz, xyzReserved, 0, "bytes: 1 of 20 differ, first at offset 4"},
+        {curvTag({0, 65535}), curvTag({0, 30000, 65535}), 0,
+         "curve: 2 points -> 3 points\ncurve values: 32767.5 -> 30000 (max difference 2767.5 at "
+         "point 1 of 3, mean 922.5)"},
+        {curvTag({}), wordTag(icSig("para"), {0, 65536}), 0,
+         "type: 'curv' -> 'para'\ncurve: identity -> parametric type 0: 1 (same values on 4096 "
+         "points)"},
+        {textTag("abc"), textTag("ab\"\n"), 0, "text: \"abc\" -> \"ab\\\"\\n\""},
+        {lut16(1, 65535), lut16(1.5, 60000), 0,
+         "matrix e1: 1.000000 -> 1.500000 (delta +0.500000)\ninput table 0: 65535 -> 60000 (max "
+         "difference 5535 at entry 1, 1 of 2 entries differ)"},
+        {tagBytes(icSig("zzzz"), {1, 2, 3, 4, 5, 6}),
+         tagBytes(icSig("zzzz"), {1, 9, 3, 4, 5, 6, 7}), 0,
+         "size: 14 bytes -> 15 bytes\nbytes: 2 of 15 differ, first at offset 9"},
     };
-    for (const TagCase& c : cases) {
-        SCOPED_TRACE(c.name);
-        iccProfileRW a, b;
-        ASSERT_EQ(a.loadFromMemory(ProfileBuilder().tag(icSig("wtpt"), c.a).build()), icOk);
-        ASSERT_EQ(b.loadFromMemory(ProfileBuilder().tag(icSig("wtpt"), c.b).build()), icOk);
-        const icProfileDiff diff = diffOf(a, b, c.tolerance);
+    for (const auto& c : cases) {
+        const auto a = loaded(ProfileBuilder().tag(icSig("wtpt"), c.a).build());
+        const auto b = loaded(ProfileBuilder().tag(icSig("wtpt"), c.b).build());
+        const icProfileDiff diff = diffOf(*a, *b, c.tolerance);
         const icDiffSection* tag = find(diff, "Tag wtpt");
-        EXPECT_EQ(tag ? lines(*tag) : std::vector<std::string>(), c.expected);
-        EXPECT_EQ(diff.tagsWithinTolerance, c.expected.empty() ? 1u : 0u);
+        EXPECT_EQ(tag ? joinLines(lines(*tag)) : "", c.expected);
+        EXPECT_EQ(diff.tagsWithinTolerance, c.expected.empty() ? 1u : 0u) << c.expected;
     }
 }
 
@@ -137,10 +114,7 @@ TEST(ProfileDiff, HeaderAndDirectory) {
     b.header.flags = 0x10000;
     b.tag(icSig("desc"), textTag("x")).tag(icSig("wtpt"), xyz).tag(icSig("bkpt"), xyz);
     b.tag(icSig("priv"), tagBytes(icSig("zzzz")));
-    iccProfileRW pa, pb;
-    ASSERT_EQ(pa.loadFromMemory(a.build()), icOk);
-    ASSERT_EQ(pb.loadFromMemory(b.build()), icOk);
-    const icProfileDiff diff = diffOf(pa, pb);
+    const icProfileDiff diff = diffOf(*loaded(a.build()), *loaded(b.build()));
     ASSERT_EQ(diff.sections.size(), 2u) << diffReportText(diff);
     EXPECT_EQ(lines(diff.sections[0]),
               (std::vector<std::string>{"Size: 200 bytes -> 240 bytes",
@@ -158,7 +132,7 @@ TEST(ProfileDiff, HeaderAndDirectory) {
 
 TEST(ProfileDiff, VersionTwoAgainstVersionFour) {
     iccProfileRW v2, v4;
-    if (v2.loadFromFile(kSrgbV2) != icOk || v4.loadFromFile(kSrgbV4) != icOk)
+    if (v2.loadFromFile(kSrgbV2) != icOk || v4.loadFromFile(kSrgb) != icOk)
         GTEST_SKIP() << "the two sRGB profiles are not installed";
     const icProfileDiff diff = diffOf(v2, v4);
     const std::vector<std::string> header = lines(*find(diff, "Header"));
@@ -189,7 +163,7 @@ TEST(ProfileDiff, ClutNodeChangedThroughImport) {
         std::vector<std::string> sharing; // the entries that share the table's bytes
     };
     const Case cases[] = {
-        {"/usr/share/color/icc/ghostscript/default_cmyk.icc", 1000, {1, 3, 3, 1}, {"A2B1", "A2B2"}},
+        {kCmyk, 1000, {1, 3, 3, 1}, {"A2B1", "A2B2"}},
         // An 'mAB ' of Little CMS: A curves, a 9x5x3 CLUT of three outputs, B curves.
         {writeBytes(scratchDir() / "diff-mab.icc", lcmsProfile({{cmsSigAToB0Tag, 3, "c3c"}})),
          37,
@@ -233,14 +207,14 @@ TEST(ProfileDiff, ClutNodeChangedThroughImport) {
 }
 
 TEST(ProfileDiff, CommandExitStatuses) {
-    const CliResult same = runCli({"diff", kSrgbV4, kSrgbV4});
+    const CliResult same = runCli({"diff", kSrgb, kSrgb});
     EXPECT_EQ(same.exitCode, 0);
     EXPECT_EQ(same.out, "Summary: the profiles are equivalent\n");
-    const CliResult missing = runCli({"diff", kSrgbV4, "/no/such.icc"});
+    const CliResult missing = runCli({"diff", kSrgb, "/no/such.icc"});
     EXPECT_EQ(missing.exitCode, 3);
     EXPECT_NE(missing.err.find("Error in reading ICC profile: /no/such.icc."), std::string::npos);
-    EXPECT_EQ(runCli({"diff", kSrgbV4}).exitCode, 2);
-    EXPECT_EQ(runCli({"diff", "--tolerance", "-1", kSrgbV4, kSrgbV4}).exitCode, 2);
+    EXPECT_EQ(runCli({"diff", kSrgb}).exitCode, 2);
+    EXPECT_EQ(runCli({"diff", "--tolerance", "-1", kSrgb, kSrgb}).exitCode, 2);
 }
 
 } // namespace

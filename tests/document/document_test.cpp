@@ -1,22 +1,9 @@
-// The header panel's and tag table's texts, the shared data folder and the folder record (the
-// CLI tests compare the panel with Little CMS and show the warnings and hexadecimal cells).
+// The header panel's texts, the shared data folder and the folder record.
+#include "catalogue/catalogue_testing.h"
 #include "document/header_model.h"
 #include "document/settings_model.h"
-#include "support/test_support.h"
-
-#include <gtest/gtest.h>
 
 namespace {
-
-// Every box as "kind|caption|text", kind 0 info, 1 warning, 2 stop.
-class Recorder : public Presenter {
-public:
-    void messageBox(icBoxKind kind, std::string_view caption, std::string_view text) override {
-        boxes.push_back(std::to_string(static_cast<int>(kind)) + "|" + std::string(caption) + "|" +
-                        std::string(text));
-    }
-    std::vector<std::string> boxes;
-};
 
 TEST(HeaderModel, FieldTexts) {
     icHeader h = defaultHeader();
@@ -41,25 +28,12 @@ TEST(HeaderModel, FieldTexts) {
     // Rounded to five decimals before printing: 0.964199... shows as 0.96420.
     EXPECT_EQ(illuminantText({63190, -1, 0}), "X=0.96420, Y=-0.00001, Z=0.00000\n");
 
-    Recorder recorder;
+    RecordingPresenter recorder;
     HeaderFields fields{};
     h.magic = 0;
     EXPECT_EQ(fillHeaderPanel(h, recorder, fields), icErrBadProfile);
-    EXPECT_EQ(recorder.boxes,
-              std::vector<std::string>{"2|Veltrino|Error in icc header. Errcode: -1001.\n"});
-}
-
-TEST(HeaderModel, TagTableInDecimal) {
-    iccProfileRW profile;
-    ASSERT_EQ(profile.loadFromMemory(ProfileBuilder()
-                                         .tag(icSig("desc"), textTag("0123456"))
-                                         .entry(icSig("wtpt"), 130, 20)
-                                         .build()),
-              icOk);
-    const auto rows = tagTableRows(profile, false);
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].offset + " " + rows[0].size, "156 16");
-    EXPECT_EQ(rows[1].index + " " + rows[1].signature + " " + rows[1].offset, "1 wtpt 130");
+    EXPECT_EQ(recorder.shown,
+              (std::vector<Shown>{{"stop", "Veltrino", "Error in icc header. Errcode: -1001.\n"}}));
 }
 
 TEST(DataFolder, CutToTwoHundredSixtyCharactersNeverInsideOne) {
@@ -74,7 +48,7 @@ TEST(DataFolder, CutToTwoHundredSixtyCharactersNeverInsideOne) {
 
 TEST(FolderRecord, RoundTripFallbackAndWriteFailure) {
     const std::string path = (scratchDir() / "veltrino.ini").string();
-    Recorder recorder;
+    RecordingPresenter recorder;
     EXPECT_EQ(readFolderRecord(path + ".missing", "/usr/share/color/icc"), "/usr/share/color/icc");
     ASSERT_EQ(writeFolderRecord(path, "/home/me/luts", recorder), icOk);
     EXPECT_EQ(readBytes(path).size(), kFolderRecordSize);
@@ -84,9 +58,10 @@ TEST(FolderRecord, RoundTripFallbackAndWriteFailure) {
 
     const std::string blocked = (scratchDir() / "no-such-folder" / "veltrino.ini").string();
     EXPECT_EQ(writeFolderRecord(blocked, "x", recorder), icErrGeneral);
-    EXPECT_EQ(recorder.boxes,
-              std::vector<std::string>{"2|Veltrino|Fail to open " + blocked +
-                                       ". This file should not be write protected."});
+    EXPECT_EQ(recorder.shown,
+              (std::vector<Shown>{
+                  {"stop", "Veltrino",
+                   "Fail to open " + blocked + ". This file should not be write protected."}}));
 }
 
 } // namespace

@@ -1,15 +1,11 @@
-// The Check window, opened from the main window by Ctrl+K: its findings sorted by severity, "Copy"
-// as the command line's text, and a double click that selects the finding's tag in the table.
+// The Check window (Ctrl+K): findings by severity, Copy as the CLI's text, a finding's tag.
 #include "app/check_dialog.h"
 #include "app/veltrino_dialog.h"
 #include "check/check_report.h"
 #include "gui/gui_test.h"
-#include "support/test_support.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QSettings>
-#include <QTest>
 #include <QTreeWidget>
 
 class CheckWindowTest : public QObject {
@@ -58,7 +54,7 @@ private slots:
 
         // Saved here from a profile with an ID, the window knows the ID that save hashed.
         const std::string saved = (scratchDir() / "check-window-saved.icc").string();
-        QVERIFY(window.openProfile("/usr/share/color/icc/colord/sRGB.icc"));
+        QVERIFY(window.openProfile(kSrgb));
         prompts.answers = {saved};
         window.saveAs();
         tags.clear();

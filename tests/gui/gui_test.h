@@ -1,5 +1,4 @@
-// What the offscreen window tests share: prompts answered from a script with every box, dump and
-// about box recorded (the viewers are real), acting on modal dialogs, and the installed profiles.
+// What the offscreen window tests share: scripted prompts recording every box, and modal dialogs.
 #pragma once
 
 #include "app/qt_presenter.h"
@@ -22,11 +21,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-inline const std::string kSrgb = "/usr/share/color/icc/colord/sRGB.icc";
-inline const std::string kSrgbV2 = "/usr/share/color/icc/sRGB.icc";
-inline const std::string kX11 = "/usr/share/color/icc/colord/x11-colors.icc";
-inline const std::string kCmyk = "/usr/share/color/icc/ghostscript/default_cmyk.icc";
 
 template <class T = QLineEdit> T* get(QWidget& w, const QString& name) {
     return w.findChild<T*>(name);

@@ -1,5 +1,4 @@
-// Whole sessions of the main window, offscreen: start-up, Browse, Modify, Save As, closing and
-// opening tags, with scripted file dialogs and every box read back; then its small dialogs.
+// Main window sessions offscreen: Browse, Modify, Save As, closing, opening tags, small dialogs.
 #include "app/compare_dialog.h"
 #include "app/header_edit_dialog.h"
 #include "app/settings.h"
@@ -25,27 +24,20 @@ namespace {
 const QString kToV4 = "info | Veltrino | Warning: Changed version number from V2 to V4, tags "
                       "should be updated accordingly!";
 
-QStringList texts(const HeaderFields& fields) {
-    QStringList out;
-    for (const HeaderField& f : fields)
-        out << q(f.text).remove(QLatin1Char('\n'));
-    return out;
-}
-QList<QStringList> texts(const std::vector<TagRow>& rows) {
-    QList<QStringList> out;
-    for (const TagRow& r : rows)
-        out << QStringList{q(r.index), q(r.signature), q(r.offset), q(r.size)};
-    return out;
-}
-
 // What the models make of a file, read independently of the window.
 QStringList fieldsOnDisk(const std::string& path) {
-    const auto p = load(path);
-    return p ? texts(headerFieldTexts(p->header())) : QStringList();
+    QStringList out;
+    if (const auto p = load(path))
+        for (const HeaderField& f : headerFieldTexts(p->header()))
+            out << q(f.text).remove(QLatin1Char('\n'));
+    return out;
 }
 QList<QStringList> rowsOnDisk(const std::string& path, bool hexadecimal = false) {
-    const auto p = load(path);
-    return p ? texts(tagTableRows(*p, hexadecimal)) : QList<QStringList>();
+    QList<QStringList> out;
+    if (const auto p = load(path))
+        for (const TagRow& r : tagTableRows(*p, hexadecimal))
+            out << QStringList{q(r.index), q(r.signature), q(r.offset), q(r.size)};
+    return out;
 }
 
 // Version 2.4, flags 2, a stale Profile ID, no description and no copyright.
@@ -364,27 +356,31 @@ private slots:
         QStringList titles;
         QString highlighted;
         w.prompts.answers.push_back(kSrgb);
-        QVERIFY(
-            whileOpen<CCompareDlg>([&] { w.get("compareButton")->click(); },
-                                   [&](CCompareDlg& d) {
-                                       auto* tree = get<QTreeWidget>(d, "compareTree");
-                                       for (int i = 0; i < tree->topLevelItemCount(); ++i)
-                                           titles << tree->topLevelItem(i)->text(0);
-                                       QTreeWidgetItem* desc = tree->topLevelItem(titles.indexOf(
-                                           "Tag desc (Profile Description Tag, 'desc' -> 'mluc')"));
-                                       QVERIFY(desc);
-                                       for (int i = 0; i < desc->childCount(); ++i)
-                                           if (desc->child(i)->background(2).style() != Qt::NoBrush)
-                                               highlighted += desc->child(i)->text(0) + " ";
-                                       emit tree->itemDoubleClicked(desc->child(0), 0);
-                                   }));
+        const auto read = [&](CCompareDlg& d) {
+            auto* tree = get<QTreeWidget>(d, "compareTree");
+            for (int i = 0; i < tree->topLevelItemCount(); ++i)
+                titles << tree->topLevelItem(i)->text(0);
+            QTreeWidgetItem* desc = tree->topLevelItem(
+                titles.indexOf("Tag desc (Profile Description Tag, 'desc' -> 'mluc')"));
+            QVERIFY(desc);
+            for (int i = 0; i < desc->childCount(); ++i)
+                if (desc->child(i)->background(2).style() != Qt::NoBrush)
+                    highlighted += desc->child(i)->text(0) + " ";
+            emit tree->itemDoubleClicked(desc->child(0), 0);
+        };
+        QVERIFY(whileOpen<CCompareDlg>([&] { w.get("compareButton")->click(); }, read));
         QCOMPARE(w.prompts.requests.back().caption, "Compare with an ICC Profile");
         QCOMPARE(titles.mid(0, 2), (QStringList{"Header", "Directory"}));
         QCOMPARE(highlighted, "type ASCII en/US ");
         QCOMPARE(w.prompts.take(), QStringList{"info | Profile Description Tag | sRGB"});
     }
 
-    void dataFolderComesFromAndGoesBackToTheSettings() {
+    void startOptionsAndTheDataFolderInTheSettings() {
+        QCOMPARE(parseStartOptions({"veltrino"}).commandLineFile, "");
+        const StartOptions shot = parseStartOptions({"veltrino", "--screenshot", "s.png", "a.icc"});
+        QCOMPARE(shot.commandLineFile, "a.icc");
+        QCOMPARE(shot.screenshotPath.value_or(""), "s.png");
+
         QCOMPARE(loadDataDir(*settings), QDir::home().filePath("icclut"));
         saveDataDir(*settings, QString(300, QLatin1Char('d')));
         QCOMPARE(loadDataDir(*settings), QString(260, QLatin1Char('d')));
@@ -408,13 +404,6 @@ private slots:
                  QFontDatabase::systemFont(QFontDatabase::FixedFont));
         QCOMPARE(makeCloseQuestion(icKeepButton::save, "Veltrino", "?")->standardButtons(),
                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-    }
-
-    void startOptions() {
-        QCOMPARE(parseStartOptions({"veltrino"}).commandLineFile, "");
-        const StartOptions shot = parseStartOptions({"veltrino", "--screenshot", "s.png", "a.icc"});
-        QCOMPARE(shot.commandLineFile, "a.icc");
-        QCOMPARE(shot.screenshotPath.value_or(""), "s.png");
     }
 };
 

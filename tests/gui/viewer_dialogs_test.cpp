@@ -1,5 +1,4 @@
-// The curve, XYZ, named colour and localized-string viewers offscreen: opened from the catalogue
-// on installed profiles with scripted file dialogs and their write-back, plots pixel by pixel.
+// The curve, XYZ, named colour and localized-string viewers offscreen, plots pixel by pixel.
 #include "catalogue/catalogue_testing.h"
 #include "document/settings_model.h"
 #include "gui/gui_test.h"
@@ -84,17 +83,7 @@ QStringList shownRecord(CulmcDlg& d) {
         lines << list->item(i)->text();
     return lines;
 }
-// Scroll bar actions and the index each must lead to, where `shown` is checked.
-template <class Shown>
-void step(QScrollBar* bar,
-          std::initializer_list<std::pair<QAbstractSlider::SliderAction, int>> steps,
-          const Shown& shown) {
-    for (const auto& [action, index] : steps) {
-        bar->triggerAction(action);
-        QCOMPARE(bar->value(), index);
-        shown(index);
-    }
-}
+using A = QAbstractSlider;
 
 } // namespace
 
@@ -151,8 +140,8 @@ private slots:
                      save.defaultSuffix,
                  "Save Curve|curve.txt|/start/here|txt");
         const FileDialogRequest& read = prompts.requests[1];
-        QCOMPARE(read.caption + "|" + read.fileName, "Read Curve|curve.txt");
-        QCOMPARE(read.directory, folder.string()); // remembered on OK only
+        QCOMPARE(read.caption + "|" + read.fileName + "|" + read.directory, // kept on OK only
+                 "Read Curve|curve.txt|" + folder.string());
         QCOMPARE(tagOf(*profile, "rTRC"), original);
         QCOMPARE(prompts.take(), QStringList(2, "apply? | RedTRC Tag | Apply the changes made in "
                                                 "RedTRC Tag before closing?"));
@@ -305,11 +294,14 @@ private slots:
             QVERIFY(!get(d, "channelEdit2")->isHidden() && get(d, "channelEdit3")->isHidden());
             QCOMPARE(shownColor(d), q(reference.colorLines(0)));
             auto* bar = get<QScrollBar>(d, "colorScroll");
-            step(bar,
-                 {{QAbstractSlider::SliderSingleStepSub, 0},
-                  {QAbstractSlider::SliderPageStepAdd, 13}, // a tenth of the colours
-                  {QAbstractSlider::SliderToMaximum, 13}},
-                 [&](int i) { QCOMPARE(shownColor(d), q(reference.colorLines(i))); });
+            // The page step is a tenth of the colours; the bar's ends are not steps.
+            for (const auto& [action, index] :
+                 {std::pair{A::SliderSingleStepSub, 0}, std::pair{A::SliderPageStepAdd, 13},
+                  std::pair{A::SliderToMaximum, 13}}) {
+                bar->triggerAction(action);
+                QCOMPARE(bar->value(), index);
+                QCOMPARE(shownColor(d), q(reference.colorLines(index)));
+            }
             bar->setSliderPosition(last - 1); // dragging the thumb
             QCOMPARE(text(d, "indexEdit"), QString::number(last - 1));
             bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
@@ -329,12 +321,8 @@ private slots:
         QCOMPARE(showAndAct<CNameColor2Dlg>(prompts, *profile, "ncl2", act), icOk);
 
         // Nine planes: the header, and the box once the dialog is up, no colour.
-        const auto ncl2 = [](std::uint32_t count, std::uint32_t planes) {
-            Bytes bytes = wordTag(icSig("ncl2"), {0, count, planes});
-            bytes.resize(bytes.size() + 64 + count * (38 + 2 * planes), 0);
-            return bytes;
-        };
-        QCOMPARE(decodeNamedColor2(ncl2(1, 9), colors), icOk);
+        QCOMPARE(decodeNamedColor2(ncl2Tag(1, 9, {std::vector<std::uint16_t>(12, 1)}), colors),
+                 icOk);
         CNameColor2Dlg nine(colors, icSig("Lab "), "", prompts);
         QCOMPARE(prompts.boxes, QStringList());
         nine.show();
@@ -361,14 +349,14 @@ private slots:
                      (QStringList{"31", "12", "30"}));
             QCOMPARE(shownRecord(d), q(reference.recordLines(0)));
             auto* bar = get<QScrollBar>(d, "recordScroll");
-            step(bar,
-                 {{QAbstractSlider::SliderPageStepAdd, 2},
-                  {QAbstractSlider::SliderToMinimum, 2},
-                  {QAbstractSlider::SliderSingleStepSub, 1}},
-                 [&](int i) {
-                     QCOMPARE(text(d, "currentIndexLabel"), QString::number(i));
-                     QCOMPARE(shownRecord(d), q(reference.recordLines(i)));
-                 });
+            for (const auto& [action, index] :
+                 {std::pair{A::SliderPageStepAdd, 2}, std::pair{A::SliderToMinimum, 2},
+                  std::pair{A::SliderSingleStepSub, 1}}) {
+                bar->triggerAction(action);
+                QCOMPARE(bar->value(), index);
+                QCOMPARE(text(d, "currentIndexLabel"), QString::number(index));
+                QCOMPARE(shownRecord(d), q(reference.recordLines(index)));
+            }
             bar->setSliderPosition(29);
             bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
             QCOMPARE(shownRecord(d), q(reference.recordLines(30)));

@@ -1,5 +1,4 @@
-// Profiles inside JPEG, PNG, TIFF and WebP files made by ImageMagick: they open as the profiles
-// themselves, extract byte for byte, and damaged or profile-less images say so and write nothing.
+// Profiles embedded in JPEG, PNG, TIFF and WebP images made by ImageMagick, and damaged images.
 #include "image/embedded_profile.h"
 #include "support/test_support.h"
 
@@ -10,14 +9,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-const std::string kSrgb = "/usr/share/color/icc/colord/sRGB.icc";
-
-std::string replaceAll(std::string text, const std::string& from, const std::string& to) {
-    for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
-        text.replace(at, from.size(), to);
-    return text;
-}
 
 // Extracts the image's profile and checks its bytes, also as read from memory (the fuzzer's way).
 void expectExtracts(const std::string& image, const std::string& profile) {
@@ -55,20 +46,17 @@ TEST(EmbeddedProfile, EveryContainerOpensAsTheProfileAndExtractsIt) {
             const CliResult profile = runCli({command, kSrgb}), shown = runCli({command, image});
             EXPECT_EQ(shown.exitCode, profile.exitCode) << ext;
             EXPECT_EQ(shown.out, profile.out) << command << ext;
-            EXPECT_EQ(shown.err, replaceAll(profile.err, kSrgb, image)) << command << ext;
+            EXPECT_EQ(profile.err + shown.err, "") << command << ext;
         }
         expectExtracts(image, kSrgb);
     }
 }
 
 TEST(EmbeddedProfile, JpegProfileOverSeveralApp2SegmentsExtractsWhole) {
-    const std::string cmyk = "/usr/share/color/icc/ghostscript/default_cmyk.icc";
-    ASSERT_GT(fs::file_size(cmyk), 65519u * 2); // at least three segments
-    const std::string image = makeImage("cmyk.jpg", cmyk, "-colorspace CMYK");
+    ASSERT_GT(fs::file_size(kCmyk), 65519u * 2); // at least three segments
+    const std::string image = makeImage("cmyk.jpg", kCmyk, "-colorspace CMYK");
     ASSERT_FALSE(image.empty());
-    expectExtracts(image, cmyk);
-    const CliResult fromImage = runCli({"info", image});
-    EXPECT_EQ(fromImage.out, runCli({"info", cmyk}).out);
+    expectExtracts(image, kCmyk);
 }
 
 TEST(EmbeddedProfile, ImagesWithoutASoundProfileSaySoAndWriteNothing) {

@@ -1,5 +1,4 @@
-// Every installed real profile: load, save round trip with every tag intact, the Profile ID, and
-// the same tags as Little CMS sees them.
+// Every installed profile: load, save with every tag intact, the Profile ID, Little CMS after.
 #include "profile/profile_id.h"
 #include "support/lcms_testing.h"
 #include "tagtypes/profile_save.h"

@@ -1,5 +1,4 @@
-// Little CMS beside the tests: the installed profiles tag by tag with its reading of the same file,
-// profiles it writes, and what it reads back from the profiles we write.
+// Little CMS beside the tests: its reading of the installed profiles, and profiles it writes.
 #pragma once
 
 #include "profile/profile.h"

@@ -1,9 +1,8 @@
 #include "support/test_support.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
-#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sys/wait.h>
@@ -16,12 +15,10 @@ std::vector<fs::path> installedProfiles() {
     std::error_code ec;
     for (auto it = fs::recursive_directory_iterator("/usr/share/color", ec);
          it != fs::recursive_directory_iterator(); it.increment(ec)) {
-        if (ec || !it->is_regular_file())
-            continue;
         std::string ext = it->path().extension().string();
-        std::transform(ext.begin(), ext.end(), ext.begin(),
-                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        if (ext == ".icc" || ext == ".icm")
+        for (char& c : ext)
+            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        if (!ec && it->is_regular_file() && (ext == ".icc" || ext == ".icm"))
             found.push_back(it->path());
     }
     std::sort(found.begin(), found.end());
@@ -68,9 +65,7 @@ Bytes tagBytes(icSignature type, const Bytes& payload) {
 }
 
 Bytes textTag(const std::string& text) {
-    Bytes payload(text.begin(), text.end());
-    payload.push_back(0);
-    return tagBytes(icSig("text"), payload);
+    return tagBytes(icSig("text"), Bytes(text.c_str(), text.c_str() + text.size() + 1));
 }
 
 ProfileBuilder::ProfileBuilder() : header(defaultHeader()) {

@@ -1,21 +1,28 @@
-// Shared helpers for the tests: the installed real profiles, profiles built in memory, scratch
-// files and running the command-line program.
+// Shared test helpers: installed profiles, profiles built in memory, scratch files, the CLI.
 #pragma once
 
 #include "profile/byte_io.h"
 #include "profile/header.h"
+#include "profile/profile.h"
+
+#include <gtest/gtest.h>
 
 #include <cctype>
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <vector>
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Every .icc/.icm file under /usr/share/color, sorted.
+// Every .icc/.icm file under /usr/share/color, sorted, and the few the tests name.
 std::vector<std::filesystem::path> installedProfiles();
+inline const std::string kSrgb = "/usr/share/color/icc/colord/sRGB.icc"; // version 4
+inline const std::string kSrgbV2 = "/usr/share/color/icc/sRGB.icc";
+inline const std::string kX11 = "/usr/share/color/icc/colord/x11-colors.icc";
+inline const std::string kCmyk = "/usr/share/color/icc/ghostscript/default_cmyk.icc";
 
 // A test name for the index-th of the installed profiles: its file name, letters and digits only.
 inline std::string profileTestName(const std::filesystem::path& path, std::size_t index) {
@@ -66,6 +73,13 @@ private:
     };
     std::vector<Item> items_;
 };
+
+// A profile loaded from memory, the load expected to end with `expected`.
+inline std::unique_ptr<iccProfileRW> loaded(const Bytes& bytes, icStatus expected = icOk) {
+    auto profile = std::make_unique<iccProfileRW>();
+    EXPECT_EQ(profile->loadFromMemory(bytes), expected);
+    return profile;
+}
 
 struct CliResult {
     int exitCode = -1;

@@ -1,5 +1,4 @@
-// lut8 and lut16: real tables against Little CMS, byte-exact rebuilds, hostile sizes, and the
-// sizes and node lookup the exchange folders and the viewer use.
+// lut8 and lut16: real tables against Little CMS, rebuilds, hostile sizes, node lookup.
 #include "support/lcms_testing.h"
 #include "tagtypes/lut16_type.h"
 
@@ -116,6 +115,7 @@ Bytes lutTag(icSignature type, std::uint8_t inputs, std::uint8_t outputs, std::u
 
 TEST(LutTypes, HostileSizesFailBeforeAllocating) {
     const icSignature mft1 = iccLut8Type::kSignature, mft2 = iccLut16Type::kSignature;
+    const icStatus truncated = icErrTruncated, bad = icErrBadProfile;
     Bytes headerOnly = lutTag(mft2, 3, 3, 2, 2, 0);
     headerOnly.resize(40);
     const struct {
@@ -124,27 +124,21 @@ TEST(LutTypes, HostileSizesFailBeforeAllocating) {
         Bytes bytes;
         icStatus fromProfile, fromBytes;
     } cases[] = {
-        {"grid^inputs overflows", false, lutTag(mft2, 15, 3, 255, 2, 1000), icErrTruncated,
-         icErrTruncated},
-        {"input tables cut", false, lutTag(mft2, 3, 3, 2, 256, 100), icErrTruncated,
-         icErrTruncated},
+        {"grid^inputs overflows", false, lutTag(mft2, 15, 3, 255, 2, 1000), truncated, truncated},
+        {"input tables cut", false, lutTag(mft2, 3, 3, 2, 256, 100), truncated, truncated},
         // 2 x 6 + 44 + 2 x 8 = 72 bytes pass the lenient checks; the CLUT needs 48 bytes more.
-        {"CLUT cut", false, lutTag(mft2, 3, 3, 2, 2, 28), icErrBadProfile, icErrBadProfile},
-        {"shorter than the matrix", false, headerOnly, icErrTruncated, icErrBadProfile},
-        {"lut8 output tables cut", true, lutTag(mft1, 3, 3, 2, 0, 768 + 24 + 10), icErrBadProfile,
-         icErrBadProfile},
-        {"lut8 bytes as lut16", false, lutTag(mft1, 1, 1, 2, 0, 514), icErrBadProfile,
-         icErrBadProfile},
+        {"CLUT cut", false, lutTag(mft2, 3, 3, 2, 2, 28), bad, bad},
+        {"shorter than the matrix", false, headerOnly, truncated, bad},
+        {"lut8 output tables cut", true, lutTag(mft1, 3, 3, 2, 0, 768 + 24 + 10), bad, bad},
+        {"lut8 bytes as lut16", false, lutTag(mft1, 1, 1, 2, 0, 514), bad, bad},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        iccProfileRW profile;
-        ASSERT_EQ(profile.loadFromMemory(ProfileBuilder().tag(icSig("A2B0"), c.bytes).build()),
-                  icOk);
+        const auto profile = loaded(ProfileBuilder().tag(icSig("A2B0"), c.bytes).build());
         iccLut8Type lut8;
         iccLut16Type lut16;
         iccTagType& lut = c.asLut8 ? static_cast<iccTagType&>(lut8) : lut16;
-        EXPECT_EQ(lut.loadByIndex(0, profile), c.fromProfile);
+        EXPECT_EQ(lut.loadByIndex(0, *profile), c.fromProfile);
         EXPECT_EQ(lut.setData(c.bytes), c.fromBytes);
     }
 }

@@ -1,5 +1,4 @@
-// 'mAB ' and 'mBA ' tags: structure checks and hostile sizes, the tables Little CMS writes and
-// reads, rebuilds, and the load by signature with its second attempt.
+// 'mAB ' and 'mBA ': structure and hostile sizes, Little CMS's tables, rebuilds, loads.
 #include "support/lcms_testing.h"
 #include "tagtypes/lut_atob_type.h"
 
@@ -166,12 +165,10 @@ TEST(MlutType, TablesWrittenByLittleCmsDecodeAndRebuild) {
     for (const LcmsPipeline& c : pipelines) {
         SCOPED_TRACE(std::string(c.tag == a ? "mAB " : "mBA ") + c.stages);
         const Bytes bytes = lcmsProfile({c});
-        iccProfileRW profile;
-        ASSERT_EQ(profile.loadFromMemory(bytes), icOk);
         iccLutAToBType aToB;
         iccLutBToAType bToA;
         iccMlutType& tag = c.tag == a ? static_cast<iccMlutType&>(aToB) : bToA;
-        ASSERT_EQ(tag.loadBySignature(c.tag, profile), icOk);
+        ASSERT_EQ(tag.loadBySignature(c.tag, *loaded(bytes)), icOk);
         EXPECT_EQ(tag.clut ? tag.clut->precision() : 2 - c.eightBit, 2 - c.eightBit);
         expectSameAsLcms(tag, bytes, c.tag);
         checkRoundTrip(tag, c.tag);
@@ -202,13 +199,12 @@ TEST(MlutType, LoadBySignatureKeepsToItsOwnType) {
     // from the directory refuses it by size; the second attempt of a load by signature takes it.
     const Bytes beyond = mlut("mAB ", 0, 1, {32, 0, 0, 44, 200},
                               tagBytes(icSig("curv"), Bytes(4)) + clutBytes({}, 2, 4));
-    iccProfileRW profile;
-    ASSERT_EQ(profile.loadFromMemory(ProfileBuilder()
-                                         .tag(icSig("A2B0"), mlut("mAB ", 1, 1, {32}, gammas(1)))
-                                         .tag(icSig("B2A0"), mlut("mBA ", 1, 1, {32}, gammas(1)))
-                                         .tag(icSig("A2B1"), beyond)
-                                         .build()),
-              icOk);
+    const auto owner = loaded(ProfileBuilder()
+                                  .tag(icSig("A2B0"), mlut("mAB ", 1, 1, {32}, gammas(1)))
+                                  .tag(icSig("B2A0"), mlut("mBA ", 1, 1, {32}, gammas(1)))
+                                  .tag(icSig("A2B1"), beyond)
+                                  .build());
+    iccProfileRW& profile = *owner;
     iccLutAToBType aToB;
     iccLutBToAType bToA;
     EXPECT_EQ(aToB.loadBySignature(icSig("A2B0"), profile), icOk);

@@ -1,5 +1,4 @@
-// 'text', 'desc', 'mluc' and the 'pseq' that holds them: real and hostile tags, the sequences
-// Little CMS writes in both text forms, and the texts the writer builds.
+// 'text', 'desc', 'mluc' and 'pseq': real and hostile tags, Little CMS's sequences, built texts.
 #include "support/lcms_testing.h"
 #include "tagtypes/multi_localized_unicode_type.h"
 #include "tagtypes/profile_sequence_desc_type.h"
@@ -29,9 +28,7 @@ Bytes mlucTag(std::uint32_t recordSize, std::uint32_t length, std::uint32_t offs
 
 // Loads the tag through a profile, as the viewers do.
 template <class T> icStatus loadTag(T& tag, const Bytes& bytes) {
-    iccProfileRW profile;
-    EXPECT_EQ(profile.loadFromMemory(ProfileBuilder().tag(icSig("tst1"), bytes).build()), icOk);
-    return tag.loadByIndex(0, profile);
+    return tag.loadByIndex(0, *loaded(ProfileBuilder().tag(icSig("tst1"), bytes).build()));
 }
 
 TEST(TextType, ReadsUpToItsNulAndNeverPastTheTag) {
@@ -43,7 +40,7 @@ TEST(TextType, ReadsUpToItsNulAndNeverPastTheTag) {
     EXPECT_EQ(loadTag(text, descTag("x", 2)), icErrBadProfile); // another type
 }
 
-TEST(TextDescriptionType, ScriptCodeCountAndTruncation) {
+TEST(TextDescriptionType, ScriptCodeTruncationAndBuiltFromAscii) {
     iccTextDescriptionType desc;
     ASSERT_EQ(loadTag(desc, descTag("sRGB", 5)), icOk);
     EXPECT_EQ(desc.asciiText(), "sRGB");
@@ -63,9 +60,8 @@ TEST(TextDescriptionType, ScriptCodeCountAndTruncation) {
     Bytes hugeCount = descTag("sRGB", 5);
     storeBE32(hugeCount.data() + 8, 0xFFFFFFF0);
     EXPECT_EQ(loadTag(desc, hugeCount), icErrTruncated);
-}
 
-TEST(TextDescriptionType, BuiltFromAsciiDecodesToTheSameFields) {
+    // Built from ASCII, it decodes to the same fields.
     iccTextDescriptionType built;
     const std::string text = "Caf\xE9 " + std::string(70, 'x');
     ASSERT_EQ(built.setFromAscii(text), icOk);
@@ -124,9 +120,8 @@ Bytes lcmsSequenceTag(double version) {
     }
     EXPECT_TRUE(cmsWriteTag(h, cmsSigProfileSequenceDescTag, seq));
     cmsFreeProfileSequenceDescription(seq);
-    iccProfileRW loaded;
-    EXPECT_EQ(loaded.loadFromMemory(lcmsSave(h)), icOk);
-    const auto tag = loaded.getTagDataBySignature(icSig("pseq"));
+    const auto profile = loaded(lcmsSave(h));
+    const auto tag = profile->getTagDataBySignature(icSig("pseq"));
     return Bytes(tag.begin(), tag.end());
 }
 

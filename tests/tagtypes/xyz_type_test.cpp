@@ -1,5 +1,4 @@
-// 'XYZ ', 'sf32' and 'chad': real tags against Little CMS, odd sizes, the adaptation matrix and
-// the profile setters that write the two tags.
+// 'XYZ ', 'sf32' and 'chad': real tags against Little CMS, odd sizes, adaptation and setters.
 #include "numeric/matrix.h"
 #include "support/lcms_testing.h"
 #include "tagtypes/profile_save.h"
@@ -57,18 +56,16 @@ TEST(XyzTypes, OddSizesAreBoundedByTheRawBytes) {
     EXPECT_EQ(chad.matrix[8], 2.0);
 
     // Tags too short for their values fail after decoding when loaded from a profile.
-    iccProfileRW loaded;
-    ASSERT_EQ(loaded.loadFromMemory(
-                  ProfileBuilder()
-                      .tag(icSig("chad"), wordTag(icSig("sf32"), {1, 2, 3, 4, 5, 6, 7, 8}))
-                      .tag(icSig("wtpt"), wordTag(icSig("XYZ "), {1, 2}))
-                      .build()),
-              icOk);
-    EXPECT_EQ(chad.loadByIndex(0, loaded), icErrBadProfile);
-    EXPECT_EQ(xyz.loadByIndex(1, loaded), icErrBadProfile);
+    const auto profile =
+        loaded(ProfileBuilder()
+                   .tag(icSig("chad"), wordTag(icSig("sf32"), {1, 2, 3, 4, 5, 6, 7, 8}))
+                   .tag(icSig("wtpt"), wordTag(icSig("XYZ "), {1, 2}))
+                   .build());
+    EXPECT_EQ(chad.loadByIndex(0, *profile), icErrBadProfile);
+    EXPECT_EQ(xyz.loadByIndex(1, *profile), icErrBadProfile);
 }
 
-TEST(ProfileSetters, AdaptationAndWhitePointReadBackInLittleCms) {
+TEST(ProfileSetters, ReadBackInLittleCmsAndApartFromLoadedTags) {
     const icVector3 d65 = {95.047, 100.0, 108.883};
     icMatrix3 adaptation{};
     ASSERT_EQ(bradfordAdaptation(d65, kD50White100, adaptation), icOk);
@@ -107,21 +104,20 @@ TEST(ProfileSetters, AdaptationAndWhitePointReadBackInLittleCms) {
     // Encoded again from the doubles, negative values move one unit toward zero.
     for (int i = 0; i < 9; ++i)
         EXPECT_EQ(read[i], (expected[i] + (expected[i] < 0)) / 65536.0) << i;
-}
 
-TEST(ProfileSetters, LoadedTagAndProfileDoNotWriteIntoEachOther) {
-    iccProfileRW profile;
-    ASSERT_EQ(setMediaWhitePoint(profile, 0.5, 0.5, 0.5), icOk);
+    // A tag loaded from a profile and the profile do not write into each other.
+    iccProfileRW own;
+    ASSERT_EQ(setMediaWhitePoint(own, 0.5, 0.5, 0.5), icOk);
     iccXYZType xyz;
-    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), profile), icOk);
+    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), own), icOk);
     // Replacing the tag in the profile leaves the loaded bytes as they were.
-    ASSERT_EQ(setMediaWhitePoint(profile, 0.25, 0.25, 0.25), icOk);
+    ASSERT_EQ(setMediaWhitePoint(own, 0.25, 0.25, 0.25), icOk);
     EXPECT_EQ(loadBE32(xyz.raw().data() + 8), 0x8000u);
     // Writing the loaded tag leaves the profile's bytes as they were.
-    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), profile), icOk);
+    ASSERT_EQ(xyz.loadBySignature(icSig("wtpt"), own), icOk);
     ASSERT_EQ(xyz.setXYZ(1.0, 1.0, 1.0), icOk);
     EXPECT_EQ(loadBE32(xyz.raw().data() + 8), 0x10000u);
-    EXPECT_EQ(loadBE32(profile.getTagDataBySignature(icSig("wtpt")).data() + 8), 0x4000u);
+    EXPECT_EQ(loadBE32(own.getTagDataBySignature(icSig("wtpt")).data() + 8), 0x4000u);
 }
 
 } // namespace

@@ -1,5 +1,4 @@
-// The viewers' texts and rules without widgets: curves, chromaticity, lut and mlut pages, named
-// colours, localized strings, the large-text line ends, and where the plots put their data.
+// The viewers' texts and rules without widgets, and where the plots put their data.
 #include "catalogue/catalogue_testing.h"
 #include "viewers/hex_dump_model.h"
 #include "viewers/plot_mapping.h"
@@ -28,7 +27,7 @@ TEST(CurveModel, Labels) {
     EXPECT_EQ(CurveModel(curve, "").title(), "Curve Tag");
 }
 
-TEST(XyzModel, ChromaticityColourAndPlot) {
+TEST(XyzModel, ChromaticityColourAndBoxes) {
     EXPECT_EQ(XyzModel(0, 0, 0).lines(),
               (std::vector<std::string>{"X: 0.00000", "Y: 0.00000", "Z: 0.00000", "x: 0.333300",
                                         "y: 0.333300"}));
@@ -40,9 +39,16 @@ TEST(XyzModel, ChromaticityColourAndPlot) {
     EXPECT_EQ(displayColor(0.1, 0.1, 0.1), (icRgb8{26, 24, 32}));
     EXPECT_EQ(displayColor(0, 0, 0.01), (icRgb8{0, 0, 3}));
 
-    const auto triangle = ChromaticityMapping(300, 200).srgbTriangle();
-    EXPECT_DOUBLE_EQ(triangle[0].x, triangle[3].x);
-    EXPECT_NEAR(srgbPrimaries()[0].x, 0.6484, 1e-4);
+    // The boxes read their leading number, 0 when there is none.
+    EXPECT_DOUBLE_EQ(XyzModel::parseValueText(" 0.96420"), 0.9642);
+    EXPECT_DOUBLE_EQ(XyzModel::parseValueText("+1.5e1x"), 15);
+    EXPECT_DOUBLE_EQ(XyzModel::parseValueText("-0,25"), -0.25);
+    for (const char* zero : {"", "abc", "-", ".", "1e999", "nan"})
+        EXPECT_EQ(XyzModel::parseValueText(zero), 0) << zero;
+    XyzModel model(1, 1, 1);
+    model.setXYZ("0.5", "x", "0.5");
+    EXPECT_EQ(model.lines()[3], "x: 0.500000");
+    EXPECT_EQ(model.lines()[4], "y: 0.000000");
 }
 
 // Each value and its second text, "value second; ...".
@@ -124,24 +130,6 @@ TEST(MlutModel, PagesAndNodes) {
     EXPECT_EQ(MlutModel(grid).clutPageWarning(), kMlutTooManyChannels);
     EXPECT_EQ(MlutModel(grid).precisionText(), "3 bytes/channel");
     EXPECT_TRUE(MlutModel(grid).nodeValues().empty());
-}
-
-Bytes ncl2Tag(std::uint32_t count, std::uint32_t planes,
-              const std::vector<std::vector<std::uint16_t>>& colors) {
-    Bytes bytes = wordTag(icSig("ncl2"), {0x10, count, planes});
-    Bytes prefix(32, 0), suffix(32, 'S'); // the suffix fills its field without a NUL
-    prefix[0] = 'P';
-    bytes.insert(bytes.end(), prefix.begin(), prefix.end());
-    bytes.insert(bytes.end(), suffix.begin(), suffix.end());
-    iccWriter w(bytes);
-    for (std::size_t i = 0; i < colors.size(); ++i) {
-        Bytes name(32, 0);
-        name[0] = static_cast<std::uint8_t>('a' + i);
-        w.bytes(name);
-        for (std::uint16_t v : colors[i])
-            w.u16(v);
-    }
-    return bytes;
 }
 
 TEST(NamedColorModel, LinesAndStepping) {
@@ -232,7 +220,7 @@ TEST(PlotMapping, CurvePlotAndDiagramShareOneMapping) {
     EXPECT_DOUBLE_EQ(diagram.locus()[29].x, diagram.map(kSpectralLocus[29].xy).x);
 }
 
-TEST(CurvePlotData, UnplottableCurvesKeepTheirLabels) {
+TEST(CurvePlotData, UnplottableLabelsTableAxesAndShifts) {
     std::vector<iccCurveElement> set(3);
     ASSERT_EQ(set[0].buildParametric(0, 1, std::vector{2.0}), icOk);
     ASSERT_EQ(set[1].create(icSig("para")), icOk);
@@ -251,9 +239,7 @@ TEST(CurvePlotData, UnplottableCurvesKeepTheirLabels) {
     EXPECT_TRUE(data.labels.empty());
 
     EXPECT_EQ(numberCurveLabels({"one"}), std::vector<std::string>{"one"}); // a single one is not
-}
 
-TEST(CurvePlotData, TableAxesAndShifts) {
     // Every grid line is labelled with the integer part of its value, never rounded up.
     std::vector<std::string> eightBit, sixteenBit, twoEntries;
     for (int i = 0; i <= kCurvePlotDivisions; ++i) {
@@ -279,18 +265,6 @@ TEST(CurvePlotData, TableAxesAndShifts) {
     EXPECT_EQ(shifts(3), (std::vector<int>{-1, 0, 2}));
     EXPECT_EQ(shifts(4), (std::vector<int>{-2, -1, 1, 1}));
     EXPECT_EQ(shifts(7), (std::vector<int>{-3, -2, 0, 0, 1, 3, 3}));
-}
-
-TEST(XyzModel, BoxesReadTheirLeadingNumber) {
-    EXPECT_DOUBLE_EQ(XyzModel::parseValueText(" 0.96420"), 0.9642);
-    EXPECT_DOUBLE_EQ(XyzModel::parseValueText("+1.5e1x"), 15);
-    EXPECT_DOUBLE_EQ(XyzModel::parseValueText("-0,25"), -0.25);
-    for (const char* zero : {"", "abc", "-", ".", "1e999", "nan"})
-        EXPECT_EQ(XyzModel::parseValueText(zero), 0) << zero;
-    XyzModel model(1, 1, 1);
-    model.setXYZ("0.5", "x", "0.5");
-    EXPECT_EQ(model.lines()[3], "x: 0.500000");
-    EXPECT_EQ(model.lines()[4], "y: 0.000000");
 }
 
 } // namespace
