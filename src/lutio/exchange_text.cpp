@@ -88,13 +88,6 @@ bool scanDouble(std::string_view& in, double& v) {
     return true;
 }
 
-std::size_t scanU32s(std::string_view& in, std::span<std::uint32_t> out) {
-    std::size_t n = 0;
-    while (n < out.size() && scanU32(in, out[n]))
-        ++n;
-    return n;
-}
-
 std::optional<std::string_view> icTextIn::line() {
     if (rest_.empty())
         return std::nullopt;

@@ -106,8 +106,27 @@ bool scanU64(std::string_view& in, std::uint64_t& v);
 bool scanI64(std::string_view& in, std::int64_t& v);
 
 // Reads numbers as scanU32 does, one after another, until `out` is full or one fails; returns
-// how many were read, and `in` then starts after the last of them.
-std::size_t scanU32s(std::string_view& in, std::span<std::uint32_t> out);
+// how many were read, and `in` then starts after the last of them. Inline, so that a table
+// reader's position stays in a register from one number to the next.
+inline std::size_t scanU32s(std::string_view& in, std::span<std::uint32_t> out) {
+    const char* at = in.data(); // after the last number read
+    const char* const end = at + in.size();
+    std::size_t n = 0;
+    for (; n < out.size(); ++n) {
+        const char* p = at;
+        while (p != end && isScanSpace(*p))
+            ++p;
+        // A '+' as scanf takes it (see scanU32).
+        if (end - p > 1 && p[0] == '+' && p[1] != '-' && p[1] != '+')
+            ++p;
+        const auto [next, ec] = std::from_chars(p, end, out[n]);
+        if (ec != std::errc())
+            break;
+        at = next;
+    }
+    in.remove_prefix(static_cast<std::size_t>(at - in.data()));
+    return n;
+}
 
 // "%lf": a decimal or exponent number, "inf" or "nan", after an optional sign.
 bool scanDouble(std::string_view& in, double& v);
