@@ -310,8 +310,8 @@ icStatus iccProfileRW::layout() {
     return icOk;
 }
 
-// The profile goes out in pieces of at most this many bytes, each hashed and then written while
-// it is still in the cache.
+// The profile goes out in pieces of at most this many bytes; a pass that also hashes them does so
+// while each is still in the cache.
 constexpr std::size_t kPieceSize = 1u << 20;
 
 // Hands the laid-out profile to `sink` (a callable taking a span, false when it could not take
