@@ -43,13 +43,14 @@ bool holdsText(const std::filesystem::path& path, std::string_view text) {
     FilePtr file(std::fopen(path.c_str(), "rb"));
     if (!file)
         return false;
-    char block[1 << 16];
+    constexpr std::size_t kBlock = 1u << 20;
+    const auto block = std::make_unique_for_overwrite<char[]>(kBlock);
     for (;;) {
-        const std::size_t n = std::fread(block, 1, sizeof block, file.get());
-        if (n > text.size() || std::memcmp(block, text.data(), n) != 0)
+        const std::size_t n = std::fread(block.get(), 1, kBlock, file.get());
+        if (n > text.size() || std::memcmp(block.get(), text.data(), n) != 0)
             return false;
         text.remove_prefix(n);
-        if (n < sizeof block)
+        if (n < kBlock)
             return text.empty() && !std::ferror(file.get());
     }
 }
