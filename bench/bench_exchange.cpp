@@ -7,9 +7,9 @@
 // decodes the table and writes the folder; import opens the profile, decodes the table, reads the
 // folder into a scratch table, reads it again to find it unchanged and so takes the scratch's
 // tables into the shown one, stores the table and saves the profile through "Save As...", which
-// opens the result again. The profile is version 4, so the
-// save computes its MD5 Profile ID; import-v2 does the same on the version 2 twin, saved without
-// one. The export/text and import/text lines time the exchange files alone.
+// opens the result again. The profile is version 4, so the save computes its MD5 Profile ID;
+// import-v2 does the same on the version 2 twin, saved without one. The export/text and
+// import/text lines time the exchange files alone.
 //
 // The table has 4 inputs, 3 outputs and 33 grid points: 33^4 = 1,185,921 CLUT lines, a folder of
 // about 30 MB of text. The peak memory of an import is measured in a child process that does

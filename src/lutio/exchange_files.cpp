@@ -15,7 +15,7 @@ struct FileCloser {
 using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
 
 // The whole file in a buffer of its own, read to its end rather than trusting its size: the file
-// may change while it is read.
+// may change while it is read. Throws std::bad_alloc.
 icStatus readWhole(const std::filesystem::path& path, std::unique_ptr<char[]>& data,
                    std::size_t& size) {
     FilePtr file(std::fopen(path.c_str(), "rb"));
@@ -59,32 +59,18 @@ bool holdsText(const std::filesystem::path& path, std::string_view text) {
 
 icStatus readTextFile(const std::filesystem::path& path, std::string& text) {
     text.clear();
-    FilePtr file(std::fopen(path.c_str(), "rb"));
-    if (!file)
-        return icErrFile;
-    std::error_code ec;
-    const std::uintmax_t expected = std::filesystem::file_size(path, ec);
     try {
-        if (!ec)
-            text.reserve(static_cast<std::size_t>(expected));
-        // Read to the end rather than trusting the size: the file may change while it is read.
-        char chunk[1 << 16];
-        for (;;) {
-            const std::size_t n = std::fread(chunk, 1, sizeof chunk, file.get());
-            text.append(chunk, n);
-            if (n < sizeof chunk)
-                break;
-        }
+        std::unique_ptr<char[]> data;
+        std::size_t size = 0;
+        if (icStatus s = readWhole(path, data, size); s != icOk)
+            return s;
+        text.assign(data.get(), size);
     } catch (const std::bad_alloc&) {
         text.clear();
         text.shrink_to_fit();
         return icErrNoMemory;
-    } catch (const std::length_error&) {
-        text.clear();
-        text.shrink_to_fit();
-        return icErrNoMemory;
     }
-    return std::ferror(file.get()) ? icErrFile : icOk;
+    return icOk;
 }
 
 icStatus writeTextFile(const std::filesystem::path& path, std::string_view text) {

@@ -235,9 +235,11 @@ icStatus readRows(icExchangeSource& files, std::string_view name, std::uint32_t 
     std::uint32_t row = 0;
     for (std::size_t p = 1; p < wanted; ++p) {
         const std::size_t cut = text.find('\n', std::max(begin, text.size() / wanted * p));
-        std::string_view next = text.substr(std::min(cut, text.size() - 1) + 1);
+        if (cut == std::string_view::npos)
+            break;
+        std::string_view next = text.substr(cut + 1);
         std::uint32_t index = 0;
-        if (cut == std::string_view::npos || !scanU32(next, index) || index <= row || index >= rows)
+        if (!scanU32(next, index) || index <= row || index >= rows)
             break;
         parts.push_back({text.substr(begin, cut + 1 - begin), row, index});
         begin = cut + 1;
